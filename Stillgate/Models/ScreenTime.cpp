@@ -1,0 +1,11 @@
+#include "Models/ScreenTime.h"
+
+namespace stillgate
+{
+
+std::string DailyScreenTime::id() const
+{
+    return deviceId.value_or("unknown") + "-" + date;
+}
+
+} // namespace stillgate
