@@ -1,0 +1,158 @@
+#include "Platform/HostsBlock.h"
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr std::string_view loopback = "127.0.0.1";
+constexpr std::string_view whiteSpace = " \t\r\v\f";
+
+/// A part of the text, from `begin` to before `end`.
+struct Span
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+struct Block
+{
+    Span whole; ///< what goes when the block goes
+    Span names; ///< the lines between the markers
+};
+
+/// The line that begins at `position`, with its line feed.
+Span lineAt(std::string_view text, std::size_t position)
+{
+    const auto feed = text.find('\n', position);
+    return {position, feed == std::string_view::npos ? text.size() : feed + 1};
+}
+
+std::string_view textOf(std::string_view text, Span span)
+{
+    return text.substr(span.begin, span.end - span.begin);
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(whiteSpace);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
+}
+
+std::string_view withoutFeed(std::string_view line)
+{
+    return line.substr(0, line.find('\n'));
+}
+
+bool isStart(std::string_view line)
+{
+    return line.contains(hostsMarker);
+}
+
+bool isEnd(std::string_view line)
+{
+    return !isStart(line) && line.contains(hostsMarkerEnd);
+}
+
+/// The name of a line as we write it; empty for every other line.
+std::string_view nameOfOwnLine(std::string_view line)
+{
+    if (!line.starts_with(loopback) || !line.substr(loopback.size()).starts_with(' '))
+        return {};
+    const auto name = withoutFeed(line).substr(loopback.size() + 1);
+    return name.find_first_of(" \t\r\v\f#") == std::string_view::npos ? name : std::string_view{};
+}
+
+/// Where a block without an end marker ends, from the first line behind its start marker on.
+std::size_t endOfUnterminated(std::string_view text, std::size_t position, std::string_view hostName)
+{
+    std::string_view previous;
+    while (position < text.size()) {
+        const auto line = lineAt(text, position);
+        const auto name = nameOfOwnLine(textOf(text, line));
+        const bool isOurs = !name.empty() && name > previous && name != "localhost" && name != hostName;
+        if (!isOurs)
+            break;
+        previous = name;
+        position = line.end;
+    }
+    return position;
+}
+
+/// The block whose start marker stands in `startLine`.
+Block blockAt(std::string_view text, Span startLine, std::string_view hostName)
+{
+    for (auto position = startLine.end; position < text.size();) {
+        const auto line = lineAt(text, position);
+        if (isStart(textOf(text, line)))
+            break;
+        if (isEnd(textOf(text, line)))
+            return {{startLine.begin, line.end}, {startLine.end, line.begin}};
+        position = line.end;
+    }
+    const auto end = endOfUnterminated(text, startLine.end, hostName);
+    return {{startLine.begin, end}, {startLine.end, end}};
+}
+
+/// With the line feed ahead of the block, unless it ends a line of the user's that another one follows.
+Span withFeedAhead(std::string_view text, Span block)
+{
+    if (block.begin == 0)
+        return block;
+    const auto feed = block.begin - 1;
+    const bool isEmptyLine = feed == 0 || text[feed - 1] == '\n';
+    if (isEmptyLine || block.end == text.size())
+        return {feed, block.end};
+    return block;
+}
+
+template <class Visitor>
+void forEachBlock(std::string_view text, std::string_view hostName, Visitor visit)
+{
+    for (std::size_t position = 0; position < text.size();) {
+        const auto line = lineAt(text, position);
+        position = line.end;
+        if (!isStart(textOf(text, line)))
+            continue;
+        const auto block = blockAt(text, line, hostName);
+        visit(block);
+        position = block.whole.end;
+    }
+}
+
+} // namespace
+
+std::string withoutHostsBlocks(std::string_view text, std::string_view hostName)
+{
+    std::string kept;
+    std::size_t position = 0;
+    forEachBlock(text, hostName, [&](const Block& block) {
+        const auto removed = withFeedAhead(text, block.whole);
+        kept += textOf(text, {position, std::max(position, removed.begin)});
+        position = removed.end;
+    });
+    kept += text.substr(position);
+    return kept;
+}
+
+std::vector<std::string> hostsBlockNames(std::string_view text, std::string_view hostName)
+{
+    std::vector<std::string> names;
+    forEachBlock(text, hostName, [&](const Block& block) {
+        for (auto position = block.names.begin; position < block.names.end;) {
+            const auto line = lineAt(text, position);
+            position = line.end;
+            const auto content = withoutFeed(textOf(text, line));
+            if (!content.starts_with(loopback))
+                continue;
+            if (const auto name = trimmed(content.substr(loopback.size())); !name.empty())
+                names.emplace_back(name);
+        }
+    });
+    return names;
+}
+
+} // namespace stillgate

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Models/Result.h"
+#include "Platform/Task.h"
+
+#include <string>
+
+namespace stillgate
+{
+
+/// Changes our marked block in the system's hosts file (hosts(5)); HostsBlock.h tells what the block is.
+///
+/// Every byte outside the block stays as it is, and at any moment the file is the old one or the new one, never a
+/// part. Afterwards the system's cache of names is flushed. Errors: SystemFailure; the file is then the old one.
+class HostsFileWriter
+{
+public:
+    virtual ~HostsFileWriter() = default;
+
+    /// The block, a text from its first to its last byte, takes the place of whatever blocks the file holds, at its
+    /// end.
+    [[nodiscard]] virtual Task<Result<void>> replaceBlock(std::string block) = 0;
+
+    [[nodiscard]] virtual Task<Result<void>> removeBlock() = 0;
+};
+
+} // namespace stillgate

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Platform/Bundle.h"
+
+namespace stillgate
+{
+
+/// The folder `lib/stillgate` beside the `bin` of the running program, installed or built.
+class LinuxBundle final : public Bundle
+{
+public:
+    [[nodiscard]] std::filesystem::path path() const override;
+    [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override;
+};
+
+} // namespace stillgate

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/Host.h"
+
+namespace stillgate
+{
+
+class LinuxHost final : public Host
+{
+public:
+    [[nodiscard]] std::string name() const override;
+};
+
+} // namespace stillgate

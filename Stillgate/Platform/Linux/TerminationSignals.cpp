@@ -1,0 +1,39 @@
+#include "Platform/Linux/TerminationSignals.h"
+
+#include <csignal>
+#include <sys/signalfd.h>
+
+namespace stillgate
+{
+
+namespace
+{
+
+FileDescriptor heldBackSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        sigaddset(&signals, signal);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return FileDescriptor{::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK)};
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals(std::function<void()> onSignal)
+    : m_signals(heldBackSignals())
+    , m_notifier(m_signals.number(), QSocketNotifier::Read)
+    , m_onSignal(std::move(onSignal))
+{
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { takeSignal(); });
+}
+
+void TerminationSignals::takeSignal()
+{
+    signalfd_siginfo ignored{};
+    while (::read(m_signals.number(), &ignored, sizeof ignored) == sizeof ignored) { }
+    m_onSignal();
+}
+
+} // namespace stillgate
