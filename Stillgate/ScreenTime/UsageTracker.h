@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Platform/Task.h"
+
+#include <cstdint>
+
+namespace stillgate
+{
+
+/// Meters the time that apps spend in front.
+class UsageTracker
+{
+public:
+    virtual ~UsageTracker() = default;
+
+    /// A second start does nothing.
+    virtual void startTracking() = 0;
+    virtual void stopTracking() = 0;
+
+    /// Minutes of screen time today.
+    [[nodiscard]] virtual std::int64_t todayTotal() const = 0;
+
+    /// Sends the day in detail; a failure to is no concern of the caller.
+    [[nodiscard]] virtual Task<> reportToBackend() = 0;
+};
+
+} // namespace stillgate
