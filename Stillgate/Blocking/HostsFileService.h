@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/Host.h"
+#include "Platform/HostsFileWriter.h"
+#include "Platform/Log.h"
+#include "Platform/OneShotEvent.h"
+#include "Platform/UserDefaults.h"
+
+#include <QProperty>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace stillgate
+{
+
+/// Keeps the marked block of the hosts file in step with a list of domains, with as few writes as can be: the list
+/// that was last written is remembered over restarts, and an unchanged one costs nothing.
+///
+/// One write runs at a time. What is asked for meanwhile follows when it has ended: a removal, then the last list.
+class HostsFileService
+{
+public:
+    HostsFileService(HostsFileWriter& writer, FileManager& files, UserDefaults& defaults, Host& host, Log& log);
+
+    enum class Rewrite {
+        ifNamesAreMissing, ///< names in the file beyond the wanted ones stay
+        always,
+    };
+
+    /// Blocks these domains; an empty list removes the block. The outcome shows in `isActive` and `blockedCount`; a
+    /// failed write is logged and not tried again before the next call.
+    void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifNamesAreMissing);
+
+    void removeBlocks();
+
+    /// The names in the block, as the file has them; none if it can't be read as UTF-8.
+    [[nodiscard]] std::vector<std::string> getBlockedDomains() const;
+
+    /// Ends when no write is running or waiting.
+    [[nodiscard]] Task<> settled();
+
+    QProperty<bool> isActive{false};      ///< a block is believed to be in place
+    QProperty<qint64> blockedCount{0}; ///< domains of the last list, before they are expanded to names
+
+private:
+    struct BlockRequest
+    {
+        std::vector<std::string> domains;
+        std::string key;
+        Rewrite rewrite;
+    };
+
+    void apply(BlockRequest request);
+    [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
+    [[nodiscard]] Task<> write(BlockRequest request);
+    [[nodiscard]] Task<> remove();
+    void report(bool active, std::size_t count);
+    void continueWithWaiting();
+
+    HostsFileWriter& m_writer;
+    FileManager& m_files;
+    UserDefaults& m_defaults;
+    Host& m_host;
+    Log& m_log;
+
+    std::shared_ptr<OneShotEvent> m_running; ///< happens when no write is running any more; none when idle
+    bool m_removalWaits = false;
+    std::optional<BlockRequest> m_waiting;
+};
+
+} // namespace stillgate
