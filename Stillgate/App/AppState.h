@@ -1,0 +1,79 @@
+#pragma once
+
+#include "App/ConfigurationWatch.h"
+#include "App/Heartbeat.h"
+#include "App/SessionData.h"
+#include "App/StateCache.h"
+#include "Blocking/BlockEnforcement.h"
+#include "Blocking/CategoryDomains.h"
+#include "Blocking/DNSProxy.h"
+#include "Platform/NotificationCenter.h"
+#include "Platform/UserDefaults.h"
+
+namespace stillgate
+{
+
+/// What AppState works with. All of it outlives the event loop.
+struct AppServices
+{
+    Backend& backend;
+    HostsFileService& hostsFile;
+    AppMonitor& monitor;
+    UsageTracker& tracker;
+    DNSProxy& dnsProxy;
+
+    const Bundle& bundle;
+    FileManager& files;
+    Log& log;
+    NotificationCenter& notifications;
+    Scheduler& scheduler;
+    UserDefaults& defaults;
+};
+
+/// The session: how it starts, is brought up to date, is enforced and ends. Its values are those of SessionData.
+class AppState : public SessionData
+{
+public:
+    explicit AppState(const AppServices& services);
+
+    /// From the stored state to a session: at launch, and after each sign-in. Blocks are up from the cache before
+    /// the first answer of the backend.
+    [[nodiscard]] Task<> bootstrap();
+
+    /// Loads the session's data again; does nothing when signed out.
+    [[nodiscard]] Task<> refreshData();
+
+    /// Ends the session, with its blocks. What the session still waits for is cancelled, and changes nothing more.
+    void logout();
+
+    /// Compiles the rules as they stand and hands the result to what enforces it.
+    void syncBlockingState();
+
+private:
+    [[nodiscard]] Task<Result<void>> loadFirst(CancellationToken session);
+    [[nodiscard]] Task<> loadRest(CancellationToken session);
+    [[nodiscard]] Task<Result<void>> reloadFirst(CancellationToken session);
+    [[nodiscard]] Task<> reloadRest(CancellationToken session);
+    [[nodiscard]] Task<> leaveBackend();
+
+    [[nodiscard]] std::unexpected<Error> firstLoadFailure(
+        std::string_view call, Error error, const CancellationToken& session);
+    void goOffline(const Error& reason);
+    void loadFromCache();
+    void startTimersAndTracking();
+    void logoutSoon();
+
+    AppServices m_services;
+    StateCache m_cache;
+    CategoryDomains m_categoryDomains;
+    BlockEnforcement m_enforcement;
+    Heartbeat m_heartbeat;
+    ConfigurationWatch m_configuration;
+
+    CancellationSource m_session; ///< cancelled when the session ends
+    std::unique_ptr<Timer> m_logoutSoon;
+    std::unique_ptr<Observation> m_forceLogout;
+    std::unique_ptr<Observation> m_pinningFailed;
+};
+
+} // namespace stillgate

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <variant>
+
+namespace stillgate
+{
+
+struct RunHeadless
+{
+};
+
+/// Text for standard output, after which the program has done what it was asked for.
+struct PrintAndExit
+{
+    std::string text;
+};
+
+/// Arguments that make no sense: text for standard error.
+struct UsageError
+{
+    std::string text;
+};
+
+using CommandLineRequest = std::variant<RunHeadless, PrintAndExit, UsageError>;
+
+/// What the arguments, without the program's own name, ask for.
+[[nodiscard]] CommandLineRequest parseCommandLine(std::span<const std::string> arguments, const std::string& version);
+
+} // namespace stillgate

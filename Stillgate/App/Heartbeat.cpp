@@ -1,0 +1,52 @@
+#include "App/Heartbeat.h"
+
+#include <algorithm>
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds beatPeriod{300};
+constexpr std::int64_t leastReportedMinutes = 5;
+
+} // namespace
+
+Heartbeat::Heartbeat(
+    SessionData& session, Backend& backend, AppMonitor& monitor, UsageTracker& tracker, Scheduler& scheduler)
+    : m_session(session)
+    , m_backend(backend)
+    , m_monitor(monitor)
+    , m_tracker(tracker)
+    , m_scheduler(scheduler)
+{
+}
+
+void Heartbeat::start()
+{
+    m_running = {};
+    m_heartbeatTimer = m_scheduler.repeating(beatPeriod, [this] { runDetached(beat()); });
+}
+
+void Heartbeat::stop()
+{
+    m_heartbeatTimer.reset();
+    m_running.cancel();
+}
+
+Task<> Heartbeat::beat()
+{
+    const auto running = m_running.token();
+    if (const auto deviceId = m_session.currentDeviceId)
+        (void)co_await m_backend.sendHeartbeat(*deviceId, m_monitor.blockedAppAttempts());
+    (void)co_await m_backend.reportUsage(std::max(m_tracker.todayTotal(), leastReportedMinutes));
+    co_await m_tracker.reportToBackend();
+    const auto budget = co_await m_backend.getScreenTimeBudget(running);
+    if (!budget || running.isCancelled()) // a beat that outlives its session must not bring its budget back
+        co_return;
+    m_session.budget = *budget;
+    m_monitor.updateBudget(*budget);
+}
+
+} // namespace stillgate
