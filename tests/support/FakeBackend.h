@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Backend/Backend.h"
+#include "Platform/OneShotEvent.h"
+
+#include <map>
+#include <memory>
+
+namespace stillgate::test
+{
+
+/// A backend whose answers a test sets; every call that has none fails as if the network were down.
+class FakeBackend final : public Backend
+{
+public:
+    static std::unexpected<Error> unreachable() { return failure(APIError::transport("unreachable")); }
+
+    bool hasStoredTokens = true;
+    bool authenticated = false;
+    std::vector<std::string> calls;
+
+    Result<AppConfig> appConfig = unreachable();
+    Result<Streak> streak = unreachable();
+    Result<std::vector<BlockRule>> blockRules = unreachable();
+    Result<std::vector<SGDevice>> devices = unreachable();
+    Result<std::vector<BlockSchedule>> schedules = unreachable();
+    std::map<std::string, Result<std::vector<SGTask>>> tasks; ///< by role, "" for none
+    Result<ScreenTimeBudget> budget = unreachable();
+    Result<SGUser> me = unreachable();
+    Result<SharingCode> sharingCode = unreachable();
+    Result<std::vector<SharingConnection>> connections = unreachable();
+    Result<EffectiveRulesResponse> effectiveRules = unreachable();
+    std::vector<std::int64_t> reportedMinutes;
+
+    /// From now on the call waits, until it is released or cancelled.
+    void hold(const std::string& call) { m_held[call] = std::make_shared<OneShotEvent>(); }
+    void release(const std::string& call) { m_held.extract(call).mapped()->happen(); }
+
+    /// A streak, no rules, no devices: enough for an online start.
+    void answerFirstLoad()
+    {
+        streak = Streak{.currentStreakDays = 1};
+        blockRules = std::vector<BlockRule>{};
+        devices = std::vector<SGDevice>{};
+    }
+
+    void loadTokens() override
+    {
+        calls.emplace_back("loadTokens");
+        authenticated = hasStoredTokens;
+    }
+    void clearTokens() override { authenticated = hasStoredTokens = false; }
+    [[nodiscard]] bool isAuthenticated() const override { return authenticated; }
+
+    Task<Result<AppConfig>> getAppConfig() override { return answer("getAppConfig", &appConfig, {}); }
+    Task<Result<Streak>> getStreak(CancellationToken token) override { return answer("getStreak", &streak, token); }
+    Task<Result<std::vector<BlockRule>>> getBlockRules(CancellationToken token) override
+    {
+        return answer("getBlockRules", &blockRules, token);
+    }
+    Task<Result<std::vector<SGDevice>>> getDevices(CancellationToken token) override
+    {
+        return answer("getDevices", &devices, token);
+    }
+    Task<Result<std::vector<BlockSchedule>>> getSchedules(CancellationToken token) override
+    {
+        return answer("getSchedules", &schedules, token);
+    }
+    Task<Result<std::vector<SGTask>>> getTasks(std::optional<std::string> role, CancellationToken token) override
+    {
+        const auto name = role.value_or("");
+        return answer("getTasks " + name, &tasks.try_emplace(name, unreachable()).first->second, token);
+    }
+    Task<Result<ScreenTimeBudget>> getScreenTimeBudget(CancellationToken token) override
+    {
+        return answer("getScreenTimeBudget", &budget, token);
+    }
+    Task<Result<SGUser>> getMe(CancellationToken token) override { return answer("getMe", &me, token); }
+    Task<Result<SharingCode>> getMySharingCode(CancellationToken token) override
+    {
+        return answer("getMySharingCode", &sharingCode, token);
+    }
+    Task<Result<std::vector<SharingConnection>>> getSharingConnections(CancellationToken token) override
+    {
+        return answer("getSharingConnections", &connections, token);
+    }
+    Task<Result<EffectiveRulesResponse>> getEffectiveRules(CancellationToken token) override
+    {
+        return answer("getEffectiveRules", &effectiveRules, token);
+    }
+    Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) override
+    {
+        calls.push_back("sendHeartbeat " + deviceId + " " + std::to_string(blockedAttempts));
+        co_return unreachable();
+    }
+    Task<Result<void>> reportUsage(std::int64_t usedMinutes) override
+    {
+        reportedMinutes.push_back(usedMinutes);
+        co_return unreachable();
+    }
+
+private:
+    template <class T>
+    Task<Result<T>> answer(std::string call, const Result<T>* result, CancellationToken token)
+    {
+        calls.push_back(call);
+        if (const auto held = m_held.find(call); held != m_held.end() && !token.isCancelled()) {
+            const auto released = held->second;
+            const auto onCancel = token.onCancel([released] { released->happen(); });
+            co_await *released;
+        }
+        if (token.isCancelled()) {
+            calls.push_back("cancelled " + call);
+            co_return failure(APIError::transport("cancelled"));
+        }
+        co_return *result;
+    }
+
+    std::map<std::string, std::shared_ptr<OneShotEvent>> m_held;
+};
+
+} // namespace stillgate::test

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "App/AppState.h"
+#include "Platform/HostsBlock.h"
+#include "Platform/Memory/ManualTime.h"
+#include "Platform/Memory/MemoryBundle.h"
+#include "Platform/Memory/MemoryFileManager.h"
+#include "Platform/Memory/MemoryHost.h"
+#include "Platform/Memory/MemoryHostsFileWriter.h"
+#include "Platform/Memory/MemoryLog.h"
+#include "Platform/Memory/MemoryUserDefaults.h"
+#include "tests/support/Await.h"
+#include "tests/support/FakeBackend.h"
+#include "tests/support/Samples.h"
+
+#include <gmock/gmock.h>
+
+namespace stillgate::test
+{
+
+class RecordingMonitor final : public AppMonitor
+{
+public:
+    void setConfiguration(ProcessMonitorConfiguration newConfiguration) override
+    {
+        configuration = std::move(newConfiguration);
+        ++configurations;
+    }
+    void updateBudget(const std::optional<ScreenTimeBudget>& newBudget) override { budget = newBudget; }
+    void stopMonitoring() override { isStopped = true; }
+    [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 4; }
+
+    ProcessMonitorConfiguration configuration;
+    int configurations = 0;
+    std::optional<ScreenTimeBudget> budget;
+    bool isStopped = false;
+};
+
+class RecordingTracker final : public UsageTracker
+{
+public:
+    void startTracking() override { isTracking = true; }
+    void stopTracking() override { isTracking = false; }
+    [[nodiscard]] std::int64_t todayTotal() const override { return minutes; }
+    Task<> reportToBackend() override
+    {
+        ++reports;
+        co_return;
+    }
+
+    bool isTracking = false;
+    std::int64_t minutes = 0;
+    int reports = 0;
+};
+
+class RecordingDNSProxy final : public DNSProxy
+{
+public:
+    Task<Result<void>> disable() override
+    {
+        ++disabled;
+        co_return failure(SystemFailure{"no proxy"});
+    }
+
+    int disabled = 0;
+};
+
+/// An AppState on a desktop in memory, set up and with a stored session, before its start.
+class AppStateFixture : public testing::Test
+{
+protected:
+    AppStateFixture()
+    {
+        m_files.put(hostsPath, "127.0.0.1 localhost\n");
+        m_writer.isPermitted = true;
+        m_bundle.infoValues["CFBundleShortVersionString"] = "1.4.0";
+        m_defaults.setBoolean("sg_onboarding_complete", true);
+        m_backend.appConfig = AppConfig{};
+    }
+
+    AppState& state()
+    {
+        if (!m_state)
+            m_state.emplace(AppServices{m_backend, m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files,
+                m_log, m_notifications, m_time, m_defaults});
+        return *m_state;
+    }
+
+    void bootstrap() { await(state().bootstrap()); }
+    void restart() { m_state.reset(); }
+
+    void startOnline()
+    {
+        m_backend.answerFirstLoad();
+        bootstrap();
+    }
+
+    void expectFlags(bool authenticated, bool offline)
+    {
+        EXPECT_EQ(state().isAuthenticated.value(), authenticated);
+        EXPECT_EQ(state().isOffline.value(), offline);
+    }
+
+    [[nodiscard]] bool areTimersRunning() const { return m_time.pendingTimers() == 2; }
+    [[nodiscard]] std::vector<std::string> blockedNames() const { return m_hostsFile.getBlockedDomains(); }
+
+    static constexpr auto cacheFile = "/home/ada/.local/share/com.stillgate.macos/cache/state.dat";
+    static constexpr auto configFile = "/var/lib/stillgate/group/1000/blocked-config.json";
+
+    MemoryFileManager m_files;
+    MemoryHostsFileWriter m_writer{m_files};
+    MemoryUserDefaults m_defaults;
+    MemoryBundle m_bundle;
+    MemoryHost m_host;
+    MemoryLog m_log;
+    ManualTime m_time;
+    NotificationCenter m_notifications;
+    FakeBackend m_backend;
+    HostsFileService m_hostsFile{m_writer, m_files, m_defaults, m_host, m_log};
+    RecordingMonitor m_monitor;
+    RecordingTracker m_tracker;
+    RecordingDNSProxy m_dnsProxy;
+
+private:
+    std::optional<AppState> m_state;
+};
+
+/// A cache file with one rule, which blocks cached.example, and one device.
+inline constexpr auto cachedSession = R"({
+    "streak":{"currentStreakDays":7,"longestStreakDays":9},
+    "blockRules":[{"id":"r1","enabled":true,"customDomains":["cached.example"],"excludedDomains":[],
+        "unblockPolicy":"flexible","createdAt":789012345.25}],
+    "devices":[{"id":"cached-device","deviceName":"Desk","platform":"macos","isActive":true}],
+    "schedules":[],"tasks":[],"budget":{"dailyLimitMinutes":60,"earnedMinutesToday":0,"usedMinutesToday":0,
+        "pendingTaskCount":0,"completedTaskCount":0},"connections":[],"unheardOf":1})";
+
+} // namespace stillgate::test

@@ -1,0 +1,92 @@
+#include "tests/unit/AppStateFixture.h"
+
+namespace stillgate
+{
+
+using namespace test;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using testing::StartsWith;
+
+class Timers : public AppStateFixture
+{
+};
+
+TEST_F(Timers, heartbeatReportsAndBringsBackTheBudget)
+{
+    m_backend.answerFirstLoad();
+    m_backend.devices = {{device("desk", "macos")}};
+    bootstrap();
+    m_backend.calls.clear();
+    m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 45};
+    m_time.advance(299s);
+    EXPECT_TRUE(m_backend.calls.empty());
+    m_time.advance(1s);
+    EXPECT_THAT(m_backend.calls, Contains("sendHeartbeat desk 4"));
+    EXPECT_EQ(state().budget.value()->dailyLimitMinutes, 45);
+    EXPECT_EQ(m_monitor.budget->dailyLimitMinutes, 45);
+
+    m_tracker.minutes = 6;
+    m_backend.budget = FakeBackend::unreachable();
+    m_time.advance(300s);
+    EXPECT_THAT(m_backend.reportedMinutes, ElementsAre(5, 6)) << "never less than five";
+    EXPECT_EQ(m_tracker.reports, 2);
+    EXPECT_EQ(state().budget.value()->dailyLimitMinutes, 45) << "stays when it can't be asked";
+}
+
+TEST_F(Timers, heartbeatWithoutADeviceReportsAllTheSame)
+{
+    startOnline();
+    m_time.advance(300s);
+    EXPECT_THAT(m_backend.calls, Not(Contains(StartsWith("sendHeartbeat"))));
+    EXPECT_THAT(m_backend.reportedMinutes, ElementsAre(5));
+}
+
+TEST_F(Timers, aBeatThatOutlivesItsSessionChangesNothing)
+{
+    startOnline();
+    m_backend.hold("getScreenTimeBudget");
+    m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 45};
+    m_time.advance(300s);
+    state().logout();
+    m_backend.release("getScreenTimeBudget");
+    EXPECT_EQ(state().budget.value(), std::nullopt);
+}
+
+TEST_F(Timers, gatesRiseAndFallWithTheConfiguration)
+{
+    startOnline();
+    m_backend.appConfig
+        = AppConfig{.maintenanceMode = true, .minVersion = "2.0", .forceUpdateMessage = "Please update"};
+    m_time.advance(300s);
+    EXPECT_TRUE(state().isMaintenanceMode && state().requiresForceUpdate);
+
+    m_backend.appConfig = FakeBackend::unreachable();
+    m_time.advance(300s);
+    EXPECT_TRUE(state().isMaintenanceMode && state().requiresForceUpdate) << "an unreachable server lowers no gate";
+    EXPECT_THAT(
+        m_log.lines, ElementsAre("[AppState] App config check failed (continuing): Network error: unreachable"));
+
+    for (const auto* minimum : {"1.4", "1.4.0", ""}) {
+        m_backend.appConfig = AppConfig{.minVersion = minimum};
+        m_time.advance(300s);
+        EXPECT_FALSE(state().isMaintenanceMode || state().requiresForceUpdate) << minimum;
+        EXPECT_EQ(state().requiredVersion.value(), "2.0") << "the last value stays";
+    }
+    expectFlags(true, false);
+}
+
+TEST_F(Timers, aBundleWithoutVersionCountsAs100)
+{
+    m_bundle.infoValues.clear();
+    m_backend.appConfig = AppConfig{.minVersion = "1.0.0"};
+    startOnline();
+    EXPECT_FALSE(state().requiresForceUpdate);
+    m_backend.appConfig = AppConfig{.minVersion = "1.0.1"};
+    m_time.advance(300s);
+    EXPECT_TRUE(state().requiresForceUpdate);
+}
+
+} // namespace stillgate
