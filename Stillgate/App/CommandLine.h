@@ -8,8 +8,7 @@ namespace stillgate
 {
 
 struct RunHeadless
-{
-};
+{};
 
 /// Text for standard output, after which the program has done what it was asked for.
 struct PrintAndExit

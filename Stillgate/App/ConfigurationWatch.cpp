@@ -19,8 +19,7 @@ ConfigurationWatch::ConfigurationWatch(
     , m_bundle(bundle)
     , m_scheduler(scheduler)
     , m_log(log)
-{
-}
+{}
 
 Task<> ConfigurationWatch::checkAppConfig()
 {

@@ -20,8 +20,7 @@ Heartbeat::Heartbeat(
     , m_monitor(monitor)
     , m_tracker(tracker)
     , m_scheduler(scheduler)
-{
-}
+{}
 
 void Heartbeat::start()
 {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Models/Account.h"
-#include "Models/Sharing.h"
 #include "Models/ScreenTime.h"
+#include "Models/Sharing.h"
 
 #include <QProperty>
 

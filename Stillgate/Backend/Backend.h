@@ -42,13 +42,12 @@ public:
     [[nodiscard]] virtual Task<Result<std::vector<BlockSchedule>>> getSchedules(CancellationToken token) = 0;
     /// `role`: "assignee", "assigner", or none for both.
     [[nodiscard]] virtual Task<Result<std::vector<SGTask>>> getTasks(
-        std::optional<std::string> role, CancellationToken token)
-        = 0;
+        std::optional<std::string> role, CancellationToken token) = 0;
     [[nodiscard]] virtual Task<Result<ScreenTimeBudget>> getScreenTimeBudget(CancellationToken token) = 0;
     [[nodiscard]] virtual Task<Result<SGUser>> getMe(CancellationToken token) = 0;
     [[nodiscard]] virtual Task<Result<SharingCode>> getMySharingCode(CancellationToken token) = 0;
-    [[nodiscard]] virtual Task<Result<std::vector<SharingConnection>>> getSharingConnections(CancellationToken token)
-        = 0;
+    [[nodiscard]] virtual Task<Result<std::vector<SharingConnection>>> getSharingConnections(
+        CancellationToken token) = 0;
     [[nodiscard]] virtual Task<Result<EffectiveRulesResponse>> getEffectiveRules(CancellationToken token) = 0;
 
     [[nodiscard]] virtual Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) = 0;

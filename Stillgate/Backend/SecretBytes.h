@@ -13,8 +13,7 @@ class SecretBytes
 public:
     explicit SecretBytes(std::string_view bytes)
         : m_bytes(bytes.begin(), bytes.end())
-    {
-    }
+    {}
 
     ~SecretBytes() { ::explicit_bzero(m_bytes.data(), m_bytes.size()); }
 

@@ -18,8 +18,7 @@ std::optional<std::string_view> view(const std::optional<SecretBytes>& token)
 
 SessionTokens::SessionTokens(KeychainService& store)
     : m_store(store)
-{
-}
+{}
 
 void SessionTokens::set(std::string_view access, std::string_view refresh)
 {

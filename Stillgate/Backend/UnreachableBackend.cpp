@@ -16,8 +16,7 @@ Task<Result<T>> unreachable()
 
 UnreachableBackend::UnreachableBackend(KeychainService& store)
     : m_tokens(store)
-{
-}
+{}
 
 Task<Result<AppConfig>> UnreachableBackend::getAppConfig()
 {

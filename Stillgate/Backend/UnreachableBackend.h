@@ -14,7 +14,9 @@ public:
     explicit UnreachableBackend(KeychainService& store);
 
     void loadTokens() override { m_tokens.load(); }
+
     void clearTokens() override { m_tokens.clear(); }
+
     [[nodiscard]] bool isAuthenticated() const override { return m_tokens.access().has_value(); }
 
     [[nodiscard]] Task<Result<AppConfig>> getAppConfig() override;

@@ -111,8 +111,7 @@ std::optional<std::string> sessionLabel(const std::vector<BlockSchedule>& schedu
     return enabled == schedules.end() ? std::nullopt : std::optional{enabled->name};
 }
 
-void applyGuardianSettings(
-    const std::vector<SharingConnection>& connections, ProcessMonitorConfiguration& monitor)
+void applyGuardianSettings(const std::vector<SharingConnection>& connections, ProcessMonitorConfiguration& monitor)
 {
     const auto guardian = std::ranges::find(connections, "controlled", &SharingConnection::role);
     if (guardian == connections.end())

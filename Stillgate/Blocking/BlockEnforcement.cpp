@@ -9,8 +9,7 @@ BlockEnforcement::BlockEnforcement(FileManager& files, HostsFileService& hostsFi
     : m_files(files)
     , m_hostsFile(hostsFile)
     , m_monitor(monitor)
-{
-}
+{}
 
 void BlockEnforcement::enforce(CompiledBlocks blocks)
 {

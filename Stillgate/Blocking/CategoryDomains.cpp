@@ -38,12 +38,10 @@ struct BlockList
 CategoryDomains::CategoryDomains(const FileManager& files, const Bundle& bundle)
     : m_files(files)
     , m_searchPath{
-          bundle.path() / "Contents/Resources/block-lists",
-          bundle.path() / "../DNSProxy/block-lists",
+          bundle.path() / "Contents/Resources/block-lists", bundle.path() / "../DNSProxy/block-lists",
           std::filesystem::path{STILLGATE_APP_SOURCE_DIR} / "../../DNSProxy/block-lists", // out of the build tree
       }
-{
-}
+{}
 
 std::span<const std::string> CategoryDomains::find(const std::string& category)
 {

@@ -17,8 +17,8 @@ bool isLabelCharacter(char character)
 
 bool isLabel(std::string_view label)
 {
-    return !label.empty() && !label.starts_with('-') && !label.ends_with('-')
-        && std::ranges::all_of(label, isLabelCharacter);
+    return !label.empty() && !label.starts_with('-') && !label.ends_with('-') &&
+        std::ranges::all_of(label, isLabelCharacter);
 }
 
 } // namespace

@@ -35,8 +35,7 @@ HostsFileService::HostsFileService(
     , m_defaults(defaults)
     , m_host(host)
     , m_log(log)
-{
-}
+{}
 
 void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rewrite)
 {

@@ -44,7 +44,7 @@ public:
     /// Ends when no write is running or waiting.
     [[nodiscard]] Task<> settled();
 
-    QProperty<bool> isActive{false};      ///< a block is believed to be in place
+    QProperty<bool> isActive{false};   ///< a block is believed to be in place
     QProperty<qint64> blockedCount{0}; ///< domains of the last list, before they are expanded to names
 
 private:

@@ -16,10 +16,13 @@ public:
     }
 
     void updateBudget(const std::optional<ScreenTimeBudget>& budget) override { m_budget = budgetState(budget); }
-    void stopMonitoring() override { }
+
+    void stopMonitoring() override {}
+
     [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 0; }
 
     [[nodiscard]] const ProcessMonitorConfiguration& configuration() const { return m_configuration; }
+
     [[nodiscard]] const BudgetState& budget() const { return m_budget; }
 
 private:

@@ -13,11 +13,19 @@ class APIError
 public:
     /// The request didn't reach the backend, or no answer came; `message` in the words of the network layer.
     static APIError transport(std::string message) { return {Kind::transport, 0, std::move(message)}; }
+
     /// The backend answered with an HTTP status (RFC 9110) that is no success.
-    static APIError server(std::int64_t status, std::string message) { return {Kind::server, status, std::move(message)}; }
+    static APIError server(std::int64_t status, std::string message)
+    {
+        return {Kind::server, status, std::move(message)};
+    }
+
     static APIError misconfiguredBaseURL() { return {Kind::misconfiguredBaseURL}; }
+
     static APIError invalidURL() { return {Kind::invalidURL}; }
+
     static APIError invalidResponse() { return {Kind::invalidResponse}; }
+
     /// The session has ended: the user has to sign in again.
     static APIError unauthorized() { return {Kind::unauthorized}; }
 
@@ -33,8 +41,7 @@ private:
         : m_kind(kind)
         , m_status(status)
         , m_message(std::move(message))
-    {
-    }
+    {}
 
     Kind m_kind;
     std::int64_t m_status;

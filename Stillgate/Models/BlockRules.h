@@ -88,8 +88,8 @@ struct EffectiveRule
     std::string _source; ///< "guardian" for a guardian's rule
     std::optional<std::string> _connectionId;
 
-    STILLGATE_RECORD(EffectiveRule, id, userId, category, customName, enabled, customDomains, customApps, _source,
-        _connectionId);
+    STILLGATE_RECORD(
+        EffectiveRule, id, userId, category, customName, enabled, customDomains, customApps, _source, _connectionId);
 };
 
 struct GuardianConnectionInfo

@@ -21,8 +21,7 @@ class Scanner
 public:
     explicit Scanner(std::string_view text)
         : m_rest(text)
-    {
-    }
+    {}
 
     /// Exactly `count` decimal digits, with a value of at most `most`.
     int number(std::size_t count, int most)

@@ -124,8 +124,8 @@ Outcome read(const Input& value, std::int64_t& target, DateForm)
 {
     if (!value.is_number_integer())
         return wrongType("a whole number", value);
-    const bool tooLarge = value.is_number_unsigned()
-        && value.get<std::uint64_t>() > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    const bool tooLarge = value.is_number_unsigned() &&
+        value.get<std::uint64_t>() > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     if (tooLarge)
         return problem("a whole number of more than 64 bits");
     target = value.get<std::int64_t>();

@@ -163,8 +163,8 @@ template <Record T>
 Output write(const T& value, DateForm form)
 {
     auto object = Output::object();
-    std::apply([&](const auto&... field) { (writeMember(object, field.key, value.*field.member, form), ...); },
-        T::fields());
+    std::apply(
+        [&](const auto&... field) { (writeMember(object, field.key, value.*field.member, form), ...); }, T::fields());
     return object;
 }
 
@@ -174,15 +174,16 @@ struct RootName
 {
     static constexpr std::string_view value = "value";
 };
+
 template <Record T>
 struct RootName<T>
 {
     static constexpr std::string_view value = T::recordName;
 };
+
 template <class T>
 struct RootName<std::vector<T>> : RootName<T>
-{
-};
+{};
 
 } // namespace json
 
@@ -195,8 +196,7 @@ class JSONDecoder
 public:
     explicit JSONDecoder(DateForm dates)
         : m_dates(dates)
-    {
-    }
+    {}
 
     /// Errors: DecodingFailure.
     template <class T>
@@ -204,8 +204,8 @@ public:
     {
         T decoded{};
         auto parsed = json::parse(text);
-        json::Outcome outcome
-            = parsed ? json::read(*parsed, decoded, m_dates) : json::Outcome{std::unexpected{parsed.error()}};
+        json::Outcome outcome =
+            parsed ? json::read(*parsed, decoded, m_dates) : json::Outcome{std::unexpected{parsed.error()}};
         if (!outcome)
             return failure(json::at(json::RootName<T>::value, std::move(outcome)).error());
         return decoded;
@@ -222,8 +222,7 @@ class JSONEncoder
 public:
     explicit JSONEncoder(DateForm dates)
         : m_dates(dates)
-    {
-    }
+    {}
 
     /// Errors: EncodingFailure, if a text isn't UTF-8.
     template <class T>

@@ -11,7 +11,9 @@ namespace
 struct Describe
 {
     std::string operator()(const APIError& error) const { return error.errorDescription(); }
+
     std::string operator()(const DecodingFailure& failure) const { return failure.path + ": " + failure.problem; }
+
     std::string operator()(const EncodingFailure& failure) const { return failure.problem; }
 
     std::string operator()(const SystemFailure& failure) const

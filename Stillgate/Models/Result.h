@@ -45,8 +45,7 @@ public:
         requires std::constructible_from<Cause, Failure>
     Error(Failure failure) // NOLINT(google-explicit-constructor): a failure is returned where an Error is asked for
         : m_cause(std::move(failure))
-    {
-    }
+    {}
 
     /// One line in words; for an APIError, the words that screens show.
     [[nodiscard]] std::string description() const;

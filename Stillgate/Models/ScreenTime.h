@@ -50,8 +50,8 @@ struct DailyScreenTime
     /// The device and the day: what tells two rows apart.
     [[nodiscard]] std::string id() const;
 
-    STILLGATE_RECORD(DailyScreenTime, userId, deviceId, date, totalMinutes, pickupCount, appUsage, categoryTotals,
-        createdAt);
+    STILLGATE_RECORD(
+        DailyScreenTime, userId, deviceId, date, totalMinutes, pickupCount, appUsage, categoryTotals, createdAt);
 };
 
 struct ScreenTimeReport
@@ -64,8 +64,7 @@ struct ScreenTimeReport
     std::int64_t totalPickups = 0;
     std::vector<DailyScreenTime> days;
 
-    STILLGATE_RECORD(
-        ScreenTimeReport, period, startDate, endDate, totalMinutes, avgDailyMinutes, totalPickups, days);
+    STILLGATE_RECORD(ScreenTimeReport, period, startDate, endDate, totalMinutes, avgDailyMinutes, totalPickups, days);
 };
 
 } // namespace stillgate

@@ -14,8 +14,7 @@ struct AppConfig
     std::optional<std::string> forceUpdateMessage;
     std::optional<std::string> forceUpdateUrl;
 
-    STILLGATE_RECORD(
-        AppConfig, maintenanceMode, maintenanceMessage, minVersion, forceUpdateMessage, forceUpdateUrl);
+    STILLGATE_RECORD(AppConfig, maintenanceMode, maintenanceMessage, minVersion, forceUpdateMessage, forceUpdateUrl);
 };
 
 struct TokenRefreshResponse

@@ -79,8 +79,7 @@ struct GuardianActivityEvent
     std::optional<std::map<std::string, std::string>> metadata;
     std::optional<Date> createdAt;
 
-    STILLGATE_RECORD(
-        GuardianActivityEvent, id, connectionId, actorUserId, eventType, message, metadata, createdAt);
+    STILLGATE_RECORD(GuardianActivityEvent, id, connectionId, actorUserId, eventType, message, metadata, createdAt);
 };
 
 /// A partial update of a connection: what is none stays as it is.

@@ -34,8 +34,7 @@ struct SGTask
     std::optional<std::string> assignerName;
 
     STILLGATE_RECORD(SGTask, id, groupId, assignerId, assigneeId, title, description, emoji, rewardMinutes, dueDate,
-        repeatType, requiresProof, status, completedAt, approvedAt, rejectedReason, createdAt, updatedAt,
-        assignerName);
+        repeatType, requiresProof, status, completedAt, approvedAt, rejectedReason, createdAt, updatedAt, assignerName);
 };
 
 /// The tasks of a user as assignee, then those as assigner that are not among them, in the order given.
@@ -53,8 +52,8 @@ struct CreateTaskBody
     std::string repeatType;
     bool requiresProof = false;
 
-    STILLGATE_RECORD(CreateTaskBody, groupId, assigneeId, title, description, emoji, rewardMinutes, dueDate,
-        repeatType, requiresProof);
+    STILLGATE_RECORD(CreateTaskBody, groupId, assigneeId, title, description, emoji, rewardMinutes, dueDate, repeatType,
+        requiresProof);
 };
 
 struct TaskProof

@@ -34,8 +34,7 @@ private:
 
     explicit CancellationToken(std::shared_ptr<State> state)
         : m_state(std::move(state))
-    {
-    }
+    {}
 
     std::shared_ptr<State> m_state;
 };

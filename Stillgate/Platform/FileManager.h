@@ -43,8 +43,7 @@ public:
 
     /// Replaces the file whole: a reader sees the old bytes or the new ones, whatever happens in between.
     [[nodiscard]] virtual Result<void> write(
-        const std::filesystem::path& path, std::string_view bytes, WriteOptions options)
-        = 0;
+        const std::filesystem::path& path, std::string_view bytes, WriteOptions options) = 0;
 
     /// The file goes to its new name, over one that stands there.
     [[nodiscard]] virtual Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;

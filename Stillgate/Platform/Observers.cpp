@@ -11,8 +11,7 @@ public:
     Registration(std::shared_ptr<Observer> observer, std::weak_ptr<List> list)
         : m_observer(std::move(observer))
         , m_list(std::move(list))
-    {
-    }
+    {}
 
     ~Registration() override
     {
@@ -36,8 +35,8 @@ std::unique_ptr<Observation> Observers::add(Observer observer)
 
 void Observers::notify()
 {
-    const auto list = m_list;      // an observer may destroy us
-    const auto registered = *list; // and each other, or itself, which its copy here keeps until it has returned
+    const auto list = m_list; // an observer may destroy us, and each other, or itself, which the copy keeps meanwhile
+    const List registered{list->begin(), list->end()};
     for (const auto& observer : registered) {
         if (std::ranges::find(*list, observer) != list->end())
             (*observer)();

@@ -29,9 +29,11 @@ public:
             waiter.resume();
     }
 
-    bool await_ready() const noexcept { return m_happened; }                                 // NOLINT
-    void await_suspend(std::coroutine_handle<> waiter) { m_waiters.push_back(waiter); } // NOLINT
-    void await_resume() const noexcept {}                                                    // NOLINT
+    bool await_ready() const noexcept { return m_happened; }
+
+    void await_suspend(std::coroutine_handle<> waiter) { m_waiters.push_back(waiter); }
+
+    void await_resume() const noexcept {}
 
 private:
     bool m_happened = false;

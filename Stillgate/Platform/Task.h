@@ -19,12 +19,16 @@ namespace detail
 /// A coroutine that nobody awaits.
 struct Detached
 {
-    struct promise_type // NOLINT(readability-identifier-naming): the language's name
+    struct promise_type
     {
         Detached get_return_object() { return {}; }
+
         std::suspend_never initial_suspend() noexcept { return {}; }
+
         std::suspend_never final_suspend() noexcept { return {}; }
+
         void return_void() {}
+
         void unhandled_exception() { std::terminate(); }
     };
 };

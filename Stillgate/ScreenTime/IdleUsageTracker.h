@@ -9,9 +9,12 @@ namespace stillgate
 class IdleUsageTracker final : public UsageTracker
 {
 public:
-    void startTracking() override { }
-    void stopTracking() override { }
+    void startTracking() override {}
+
+    void stopTracking() override {}
+
     [[nodiscard]] std::int64_t todayTotal() const override { return 0; }
+
     [[nodiscard]] Task<> reportToBackend() override;
 };
 

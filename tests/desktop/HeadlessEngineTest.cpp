@@ -31,8 +31,8 @@ std::string stateWith(const std::string& rules)
 
 std::string ruleOf(const std::string& category)
 {
-    return R"(,{"id":")" + category + R"(","category":")" + category
-        + R"(","enabled":true,"customDomains":[],"excludedDomains":[],"unblockPolicy":"flexible"})";
+    return R"(,{"id":")" + category + R"(","category":")" + category +
+        R"(","enabled":true,"customDomains":[],"excludedDomains":[],"unblockPolicy":"flexible"})";
 }
 
 } // namespace
@@ -69,7 +69,8 @@ TEST_F(Headless, secondStartWithTheSameRulesStartsNoProcess)
 {
     m_engine.runOnce();
     const auto blocked = hosts();
-    shell("printf '#!/bin/sh\\ntouch /mnt/started\\n' >/mnt/bash; chmod +x /mnt/bash; mount --bind /mnt/bash /bin/bash");
+    shell(
+        "printf '#!/bin/sh\\ntouch /mnt/started\\n' >/mnt/bash; chmod +x /mnt/bash; mount --bind /mnt/bash /bin/bash");
     m_engine.start();
     EXPECT_TRUE(m_engine.logs("Bootstrap failed"));
     EXPECT_EQ(m_engine.stop(), 0);
@@ -106,9 +107,8 @@ TEST_F(Headless, brokenCacheIsLoggedAndLosesNothing)
     m_engine.runOnce();
     const auto blocked = hosts();
     const auto whole = stateWith(ownRules);
-    const std::string broken[] = {
-        "", "null", "17", "[]", whole.substr(0, whole.size() / 3), R"({"streak":[]})", std::string(50'000'000, '['),
-        shell("head -c 50000000 /dev/urandom")};
+    const std::string broken[] = {"", "null", "17", "[]", whole.substr(0, whole.size() / 3), R"({"streak":[]})",
+        std::string(50'000'000, '['), shell("head -c 50000000 /dev/urandom")};
     for (const auto& state : broken) {
         m_engine.putState(state);
         const auto log = m_engine.runOnce();

@@ -10,8 +10,8 @@ namespace stillgate::test
 
 void PrivateWorldTest::SetUp()
 {
-    const bool isPrivate = ::getenv("STILLGATE_PRIVATE_WORLD") != nullptr
-        && fileBytes("/proc/self/mounts").contains("stillgate-etc /etc overlay");
+    const bool isPrivate = ::getenv("STILLGATE_PRIVATE_WORLD") != nullptr &&
+        fileBytes("/proc/self/mounts").contains("stillgate-etc /etc overlay");
     if (!isPrivate) {
         ADD_FAILURE() << "run by scripts/private-world only: this test changes /etc/hosts";
         std::exit(EXIT_FAILURE);

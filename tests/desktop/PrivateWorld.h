@@ -32,9 +32,11 @@ public:
 
     /// A home in which setup is complete and a session is stored.
     void putSession();
+
     void putState(const std::string& json) const { putFile(stateFile(), json); }
 
     [[nodiscard]] std::filesystem::path home() const { return m_home.path(); }
+
     [[nodiscard]] std::filesystem::path stateFile() const;
     [[nodiscard]] std::string blockedConfig() const;
 
@@ -49,6 +51,7 @@ public:
 
     /// Waits until the log holds a text.
     bool logs(const std::string& text);
+
     [[nodiscard]] std::string log() const { return fileBytes(m_log); }
 
     [[nodiscard]] qint64 pid() const { return m_process.processId(); }

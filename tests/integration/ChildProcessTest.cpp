@@ -1,5 +1,4 @@
 #include "Platform/Linux/LinuxChildProcess.h"
-
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 

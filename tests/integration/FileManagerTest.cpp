@@ -1,5 +1,4 @@
 #include "Platform/Linux/LinuxFileManager.h"
-
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,8 +1,7 @@
+#include "Blocking/HostsEntries.h"
 #include "Platform/Linux/LinuxChildProcess.h"
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/ScriptHostsFileWriter.h"
-
-#include "Blocking/HostsEntries.h"
 #include "Platform/Memory/MemoryHost.h"
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
@@ -26,8 +25,7 @@ class TamperingChildProcess final : public ChildProcess
 public:
     explicit TamperingChildProcess(std::function<void(Command&)> tamper)
         : m_tamper(std::move(tamper))
-    {
-    }
+    {}
 
     Task<Result<int>> run(Command command) override
     {

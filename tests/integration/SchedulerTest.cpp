@@ -1,5 +1,4 @@
 #include "Platform/Linux/LinuxScheduler.h"
-
 #include "Platform/OneShotEvent.h"
 #include "tests/support/Await.h"
 

@@ -34,6 +34,7 @@ public:
 
     /// From now on the call waits, until it is released or cancelled.
     void hold(const std::string& call) { m_held[call] = std::make_shared<OneShotEvent>(); }
+
     void release(const std::string& call) { m_held.extract(call).mapped()->happen(); }
 
     /// A streak, no rules, no devices: enough for an online start.
@@ -49,50 +50,64 @@ public:
         calls.emplace_back("loadTokens");
         authenticated = hasStoredTokens;
     }
+
     void clearTokens() override { authenticated = hasStoredTokens = false; }
+
     [[nodiscard]] bool isAuthenticated() const override { return authenticated; }
 
     Task<Result<AppConfig>> getAppConfig() override { return answer("getAppConfig", &appConfig, {}); }
+
     Task<Result<Streak>> getStreak(CancellationToken token) override { return answer("getStreak", &streak, token); }
+
     Task<Result<std::vector<BlockRule>>> getBlockRules(CancellationToken token) override
     {
         return answer("getBlockRules", &blockRules, token);
     }
+
     Task<Result<std::vector<SGDevice>>> getDevices(CancellationToken token) override
     {
         return answer("getDevices", &devices, token);
     }
+
     Task<Result<std::vector<BlockSchedule>>> getSchedules(CancellationToken token) override
     {
         return answer("getSchedules", &schedules, token);
     }
+
     Task<Result<std::vector<SGTask>>> getTasks(std::optional<std::string> role, CancellationToken token) override
     {
         const auto name = role.value_or("");
         return answer("getTasks " + name, &tasks.try_emplace(name, unreachable()).first->second, token);
     }
+
     Task<Result<ScreenTimeBudget>> getScreenTimeBudget(CancellationToken token) override
     {
         return answer("getScreenTimeBudget", &budget, token);
     }
+
     Task<Result<SGUser>> getMe(CancellationToken token) override { return answer("getMe", &me, token); }
+
     Task<Result<SharingCode>> getMySharingCode(CancellationToken token) override
     {
         return answer("getMySharingCode", &sharingCode, token);
     }
+
     Task<Result<std::vector<SharingConnection>>> getSharingConnections(CancellationToken token) override
     {
         return answer("getSharingConnections", &connections, token);
     }
+
     Task<Result<EffectiveRulesResponse>> getEffectiveRules(CancellationToken token) override
     {
         return answer("getEffectiveRules", &effectiveRules, token);
     }
+
     Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) override
     {
         calls.push_back("sendHeartbeat " + deviceId + " " + std::to_string(blockedAttempts));
         co_return unreachable();
     }
+
     Task<Result<void>> reportUsage(std::int64_t usedMinutes) override
     {
         reportedMinutes.push_back(usedMinutes);

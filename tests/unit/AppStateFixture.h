@@ -26,8 +26,11 @@ public:
         configuration = std::move(newConfiguration);
         ++configurations;
     }
+
     void updateBudget(const std::optional<ScreenTimeBudget>& newBudget) override { budget = newBudget; }
+
     void stopMonitoring() override { isStopped = true; }
+
     [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 4; }
 
     ProcessMonitorConfiguration configuration;
@@ -40,8 +43,11 @@ class RecordingTracker final : public UsageTracker
 {
 public:
     void startTracking() override { isTracking = true; }
+
     void stopTracking() override { isTracking = false; }
+
     [[nodiscard]] std::int64_t todayTotal() const override { return minutes; }
+
     Task<> reportToBackend() override
     {
         ++reports;
@@ -87,6 +93,7 @@ protected:
     }
 
     void bootstrap() { await(state().bootstrap()); }
+
     void restart() { m_state.reset(); }
 
     void startOnline()
@@ -102,6 +109,7 @@ protected:
     }
 
     [[nodiscard]] bool areTimersRunning() const { return m_time.pendingTimers() == 2; }
+
     [[nodiscard]] std::vector<std::string> blockedNames() const { return m_hostsFile.getBlockedDomains(); }
 
     static constexpr auto cacheFile = "/home/ada/.local/share/com.stillgate.macos/cache/state.dat";

@@ -66,8 +66,8 @@ TEST_F(BlockCompiler, sitesOfOwnRulesReachHostsProxyAndMonitor)
     EXPECT_THAT(blocks.monitor.blockedDomains,
         UnorderedElementsAre("mixed.example", "bet.example", "plain.example", "none.example", "poker.example"));
     EXPECT_THAT(blocks.monitor.domainCategories,
-        UnorderedElementsAre(Pair("mixed.example", "custom"), Pair("bet.example", "gambling"),
-            Pair("plain.example", "custom")))
+        UnorderedElementsAre(
+            Pair("mixed.example", "custom"), Pair("bet.example", "gambling"), Pair("plain.example", "custom")))
         << "a later rule wins, and domains of a block list have no entry";
 }
 
@@ -81,8 +81,8 @@ TEST_F(BlockCompiler, appsOfThisPlatformReachTheMonitor)
     m_rules.at(1).unblockPolicy = "permanent";
     const auto monitor = compile().monitor;
     EXPECT_THAT(monitor.customBlockedBundleIds, UnorderedElementsAre("com.game", "com.chat"));
-    EXPECT_THAT(monitor.bundleIdPolicies,
-        UnorderedElementsAre(Pair("com.game", "flexible"), Pair("com.chat", "permanent")));
+    EXPECT_THAT(
+        monitor.bundleIdPolicies, UnorderedElementsAre(Pair("com.game", "flexible"), Pair("com.chat", "permanent")));
     EXPECT_THAT(
         monitor.bundleIdCategories, UnorderedElementsAre(Pair("com.game", "gaming"), Pair("com.chat", "gaming")));
 }
@@ -140,6 +140,7 @@ TEST(Budget, remainingMinutesDecideWhetherItIsExceeded)
 {
     constexpr auto most = std::numeric_limits<std::int64_t>::max();
     constexpr auto least = std::numeric_limits<std::int64_t>::min();
+
     const struct
     {
         std::optional<ScreenTimeBudget> budget;
@@ -155,6 +156,7 @@ TEST(Budget, remainingMinutesDecideWhetherItIsExceeded)
         {{{1, 0, least}}, {false, most}},
         {{{1, least, most}}, {true, least}},
     };
+
     for (const auto& [budget, expected] : cases)
         EXPECT_EQ(budgetState(budget), expected);
 }

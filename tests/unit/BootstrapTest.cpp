@@ -8,12 +8,10 @@ using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::IsSupersetOf;
 using testing::Not;
 
 class Bootstrap : public AppStateFixture
-{
-};
+{};
 
 TEST_F(Bootstrap, firstRunAsksNothing)
 {
@@ -155,6 +153,7 @@ TEST_F(Bootstrap, everyFailureButUnauthorizedIsOffline)
         {APIError::invalidResponse(), true, true},
         {DecodingFailure{"Streak.currentStreakDays", "required, but missing"}, true, true},
     };
+
     for (const auto& [error, authenticated, offline] : cases) {
         restart();
         m_backend.streak = std::unexpected{error};
@@ -186,8 +185,7 @@ TEST_F(Bootstrap, logoutDuringTheStartIsTheLastWord)
 }
 
 class Logout : public AppStateFixture
-{
-};
+{};
 
 TEST_F(Logout, leavesNothingOfTheSession)
 {

@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 TEST(Date, readsEveryFormOfRFC3339)
 {
     const Date noon = std::chrono::sys_days{std::chrono::year{2026} / 1 / 15} + 12h;
+
     const struct
     {
         const char* text;
@@ -25,6 +26,7 @@ TEST(Date, readsEveryFormOfRFC3339)
         {"2026-01-14T23:30:00-12:30", noon},
         {"2026-01-15T11:59:60Z", noon},
     };
+
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(dateFromISO8601(text), expected) << text;
 }

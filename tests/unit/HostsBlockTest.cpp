@@ -82,6 +82,7 @@ TEST(HostsBlock, removalTakesTheBlockAndNothingElse)
         {"no end: another address", "<M>\n127.0.0.11 a\n", "127.0.0.11 a\n"},
         {"no end, but another block behind", "<M>\n127.0.0.1 a\nnas\n\n<M>\n127.0.0.1 b\n<E>\n", "nas\n"},
     };
+
     for (const auto& [what, text, expected] : cases)
         EXPECT_EQ(remove(marked(text)), marked(expected)) << what;
 }

@@ -7,9 +7,9 @@
 namespace stillgate
 {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
-using testing::Contains;
 
 namespace
 {
@@ -43,10 +43,10 @@ TEST(HostsEntries, invalidDomainsAreLeftOut)
     const auto ofLength253 = label + "." + label + "." + label + "." + label + "." + label + ".co1";
     ASSERT_EQ(ofLength253.size(), 253U);
     EXPECT_EQ(namesOf({ofLength253}).size(), 7U);
-    for (const auto& domain : {ofLength253 + "m", std::string{}, std::string{"under_score.com"}, std::string{"a.com."},
-             std::string{".a.com"}, std::string{"a..com"}, std::string{"-a.com"}, std::string{"a-.com"},
-             std::string{"a.com\n127.0.0.1 b"}, std::string{"a.com/path"}, std::string{"m\xc3\xbcnchen.de"},
-             std::string{"a.com' ; rm -rf /"}})
+    for (const auto& domain :
+        {ofLength253 + "m", std::string{}, std::string{"under_score.com"}, std::string{"a.com."}, std::string{".a.com"},
+            std::string{"a..com"}, std::string{"-a.com"}, std::string{"a-.com"}, std::string{"a.com\n127.0.0.1 b"},
+            std::string{"a.com/path"}, std::string{"m\xc3\xbcnchen.de"}, std::string{"a.com' ; rm -rf /"}})
         EXPECT_TRUE(namesOf({domain}).empty()) << domain;
     EXPECT_EQ(generateHostsEntries({"_"}), "\n# Stillgate Protected Sites\n# End Stillgate\n");
 }

@@ -26,6 +26,7 @@ protected:
     }
 
     [[nodiscard]] const std::string& hosts() const { return m_files.at(hostsPath); }
+
     [[nodiscard]] std::string key() const { return m_defaults.string("sg_hosts_hash").value_or(""); }
 
     void expectState(bool active, int count)

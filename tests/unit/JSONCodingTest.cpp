@@ -1,7 +1,8 @@
 #include "Models/JSONCoding.h"
+
+#include "Models/ScreenTime.h"
 #include "Models/Session.h"
 #include "Models/Sharing.h"
-#include "Models/ScreenTime.h"
 
 #include <gmock/gmock.h>
 
@@ -28,6 +29,7 @@ constexpr auto wholeRule = R"({"id":"r","enabled":true,"customDomains":[],"exclu
 TEST(JSONCoding, failureNamesRecordAndKeyPath)
 {
     const std::string rules = "[" + std::string{wholeRule} + "," + wholeRule + ",";
+
     const struct
     {
         std::string found;
@@ -55,6 +57,7 @@ TEST(JSONCoding, failureNamesRecordAndKeyPath)
         {failureOf<SharingCode>(R"({"code":"c","userId":"u","isActive":true,"createdAt":7})"),
             "SharingCode.createdAt: expected a date as text, found number"},
     };
+
     for (const auto& [found, expected] : cases)
         EXPECT_EQ(found, expected);
 }
@@ -126,13 +129,12 @@ TEST(JSONCoding, coderChoosesTheFormOfDates)
     const JSONEncoder cacheEncoder{DateForm::secondsSince2001};
     const JSONDecoder cacheDecoder{DateForm::secondsSince2001};
 
-    EXPECT_EQ(*wireEncoder.encode(code),
-        R"({"code":"c","userId":"u","createdAt":"2026-01-15T08:30:00Z","isActive":true})");
+    EXPECT_EQ(
+        *wireEncoder.encode(code), R"({"code":"c","userId":"u","createdAt":"2026-01-15T08:30:00Z","isActive":true})");
     const auto cached = cacheEncoder.encode(code);
     EXPECT_EQ(*cached, R"({"code":"c","userId":"u","createdAt":790158600.25,"isActive":true})");
     EXPECT_EQ(cacheDecoder.decode<SharingCode>(*cached).value(), code);
-    EXPECT_EQ(failureOf<SharingCode>(
-                  R"({"code":"c","userId":"u","isActive":true,"createdAt":1e300})", cacheDecoder),
+    EXPECT_EQ(failureOf<SharingCode>(R"({"code":"c","userId":"u","isActive":true,"createdAt":1e300})", cacheDecoder),
         "SharingCode.createdAt: date out of range");
 }
 

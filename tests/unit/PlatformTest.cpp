@@ -150,7 +150,7 @@ TEST(Observing, endsWithTheRegistrationAlsoFromWithinACall)
     std::unique_ptr<Observation> outliving;
     {
         NotificationCenter brief;
-        outliving = brief.observe("event", [] { });
+        outliving = brief.observe("event", [] {});
     }
 }
 
@@ -166,7 +166,7 @@ TEST(Cancelling, reachesTokensAndTheirRegistrationsOnce)
     EXPECT_TRUE(token.isCancelled() && source.token().isCancelled());
     EXPECT_EQ(calls, 1);
     EXPECT_FALSE(CancellationToken{}.isCancelled());
-    EXPECT_EQ(CancellationToken{}.onCancel([] { }), nullptr);
+    EXPECT_EQ(CancellationToken{}.onCancel([] {}), nullptr);
 }
 
 TEST(ManualTimeTest, callsComeInTheOrderOfTheirMoments)
@@ -174,7 +174,8 @@ TEST(ManualTimeTest, callsComeInTheOrderOfTheirMoments)
     ManualTime time;
     std::vector<std::string> calls;
     const auto start = time.now();
-    const auto repeating = time.repeating(2s, [&] { calls.push_back("r" + std::to_string((time.now() - start) / 1s)); });
+    const auto repeating =
+        time.repeating(2s, [&] { calls.push_back("r" + std::to_string((time.now() - start) / 1s)); });
     auto once = time.once(3s, [&] { calls.emplace_back("once"); });
     auto never = time.once(3s, [&] { calls.emplace_back("never"); });
     never.reset();

@@ -30,8 +30,8 @@ TEST(Records, ownDeviceIsTheFirstOfThePlatform)
 
 TEST(Records, mergedTasksKeepTheAssigneesCopyAndTheOrder)
 {
-    const auto merged = mergedTasks({task("1", "mine"), task("2", "mine")},
-        {task("3", "given"), task("1", "given"), task("3", "given again")});
+    const auto merged = mergedTasks(
+        {task("1", "mine"), task("2", "mine")}, {task("3", "given"), task("1", "given"), task("3", "given again")});
     std::vector<std::string> titles;
     for (const auto& task : merged)
         titles.push_back(task.id + " " + task.title);
@@ -87,6 +87,7 @@ TEST(Version, comparesNumberByNumber)
         {"+-1", "0", false},
         {"1.99999999999999999999", "1.0.1", true},
     };
+
     for (const auto& [a, b, isLess] : cases)
         EXPECT_EQ(isVersion(a, /*lessThan*/ b), isLess) << a << " < " << b;
 }

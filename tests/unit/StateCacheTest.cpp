@@ -46,11 +46,9 @@ TEST_F(Cache, bringsBackWhatASessionNeedsOffline)
 TEST_F(Cache, guardiansStrictModeSurvivesARestartWithoutNetwork)
 {
     m_backend.connections = {{controlledConnection("permanent")}};
-    m_backend.effectiveRules = EffectiveRulesResponse{.rules = {{.id = "g",
-                                                          .userId = "u1",
-                                                          .enabled = true,
-                                                          .customApps = apps({"com.game"}),
-                                                          ._source = "guardian"}}};
+    m_backend.effectiveRules = EffectiveRulesResponse{
+        .rules = {
+            {.id = "g", .userId = "u1", .enabled = true, .customApps = apps({"com.game"}), ._source = "guardian"}}};
     startOnline();
     await(state().refreshData());
     restart();
@@ -64,8 +62,8 @@ TEST_F(Cache, guardiansStrictModeSurvivesARestartWithoutNetwork)
 TEST_F(Cache, fileThatDoesNotDecodeIsLoggedAndRestoresNothing)
 {
     const std::string whole = cachedSession;
-    const std::string broken[] = {"", "null", "[]", "{}", whole.substr(0, whole.size() / 2), std::string(1 << 20, '\xfe'),
-        std::string(1 << 20, '['), R"({"streak":1})"};
+    const std::string broken[] = {"", "null", "[]", "{}", whole.substr(0, whole.size() / 2),
+        std::string(1 << 20, '\xfe'), std::string(1 << 20, '['), R"({"streak":1})"};
     for (const auto& text : broken) {
         m_log.lines.clear();
         m_files.put(cacheFile, text);

@@ -11,8 +11,7 @@ using testing::Not;
 using testing::StartsWith;
 
 class Timers : public AppStateFixture
-{
-};
+{};
 
 TEST_F(Timers, heartbeatReportsAndBringsBackTheBudget)
 {
@@ -58,8 +57,8 @@ TEST_F(Timers, aBeatThatOutlivesItsSessionChangesNothing)
 TEST_F(Timers, gatesRiseAndFallWithTheConfiguration)
 {
     startOnline();
-    m_backend.appConfig
-        = AppConfig{.maintenanceMode = true, .minVersion = "2.0", .forceUpdateMessage = "Please update"};
+    m_backend.appConfig =
+        AppConfig{.maintenanceMode = true, .minVersion = "2.0", .forceUpdateMessage = "Please update"};
     m_time.advance(300s);
     EXPECT_TRUE(state().isMaintenanceMode && state().requiresForceUpdate);
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <unistd.h>
-
 #include <utility>
 
 namespace stillgate
@@ -14,13 +13,11 @@ public:
     /// Takes over `number`; negative for none.
     explicit FileDescriptor(int number)
         : m_number(number)
-    {
-    }
+    {}
 
     FileDescriptor(FileDescriptor&& other) noexcept
         : m_number(std::exchange(other.m_number, -1))
-    {
-    }
+    {}
 
     FileDescriptor& operator=(FileDescriptor&& other) noexcept
     {
@@ -38,6 +35,7 @@ public:
     FileDescriptor& operator=(const FileDescriptor&) = delete;
 
     [[nodiscard]] bool isOpen() const { return m_number >= 0; }
+
     [[nodiscard]] int number() const { return m_number; }
 
 private:

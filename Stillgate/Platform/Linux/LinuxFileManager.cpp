@@ -48,8 +48,7 @@ public:
     explicit ReplacementFile(const fs::path& target)
         : m_path(target.string() + ".XXXXXX")
         , m_file(::mkostemp(m_path.data(), O_CLOEXEC)) // mode 0600
-    {
-    }
+    {}
 
     ~ReplacementFile()
     {
@@ -106,7 +105,7 @@ fs::path LinuxFileManager::applicationSupportDirectory() const
 
 std::optional<fs::path> LinuxFileManager::groupContainer() const
 {
-    const auto shared = fs::path{"/var/lib/stillgate/group"} / std::to_string(::getuid());
+    auto shared = fs::path{"/var/lib/stillgate/group"} / std::to_string(::getuid());
     std::error_code ignored;
     if (fs::is_directory(shared, ignored))
         return shared;

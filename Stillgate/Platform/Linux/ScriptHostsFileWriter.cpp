@@ -30,8 +30,7 @@ ScriptHostsFileWriter::ScriptHostsFileWriter(
     , m_files(files)
     , m_children(children)
     , m_host(host)
-{
-}
+{}
 
 Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block)
 {

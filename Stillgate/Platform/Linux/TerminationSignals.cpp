@@ -32,7 +32,8 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
 void TerminationSignals::takeSignal()
 {
     signalfd_siginfo ignored{};
-    while (::read(m_signals.number(), &ignored, sizeof ignored) == sizeof ignored) { }
+    while (::read(m_signals.number(), &ignored, sizeof ignored) == sizeof ignored) {
+    }
     m_onSignal();
 }
 

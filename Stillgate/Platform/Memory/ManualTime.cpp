@@ -9,8 +9,7 @@ public:
     Handle(ManualTime& time, std::shared_ptr<Entry> entry)
         : m_time(time)
         , m_entry(std::move(entry))
-    {
-    }
+    {}
 
     ~Handle() override { m_time.m_entries.remove(m_entry); }
 
@@ -32,8 +31,7 @@ std::unique_ptr<Timer> ManualTime::repeating(std::chrono::milliseconds period, A
     return add(period, period, std::move(action));
 }
 
-std::unique_ptr<Timer> ManualTime::add(
-    std::chrono::milliseconds delay, std::chrono::milliseconds period, Action action)
+std::unique_ptr<Timer> ManualTime::add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Action action)
 {
     auto entry = std::make_shared<Entry>(m_monotonicNow + delay, period, std::move(action));
     m_entries.push_back(entry);

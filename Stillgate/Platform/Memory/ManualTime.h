@@ -13,7 +13,9 @@ class ManualTime final : public Clock, public Scheduler
 {
 public:
     [[nodiscard]] Date now() const override { return m_now; }
+
     [[nodiscard]] MonotonicTime monotonicNow() const override { return m_monotonicNow; }
+
     [[nodiscard]] std::unique_ptr<Timer> once(std::chrono::milliseconds delay, Action action) override;
     [[nodiscard]] std::unique_ptr<Timer> repeating(std::chrono::milliseconds period, Action action) override;
 

@@ -13,7 +13,11 @@ namespace stillgate
 class MemoryFileManager final : public FileManager
 {
 public:
-    [[nodiscard]] std::filesystem::path applicationSupportDirectory() const override { return "/home/ada/.local/share"; }
+    [[nodiscard]] std::filesystem::path applicationSupportDirectory() const override
+    {
+        return "/home/ada/.local/share";
+    }
+
     [[nodiscard]] std::optional<std::filesystem::path> groupContainer() const override { return container; }
 
     [[nodiscard]] Result<std::string> read(const std::filesystem::path& path) const override;
@@ -28,6 +32,7 @@ public:
 
     /// The bytes of a file that has to be there.
     [[nodiscard]] const std::string& at(const std::filesystem::path& path) const { return files.at(path); }
+
     [[nodiscard]] bool contains(const std::filesystem::path& path) const { return files.contains(path); }
 
     std::map<std::filesystem::path, std::string> files;

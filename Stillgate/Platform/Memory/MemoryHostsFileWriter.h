@@ -17,8 +17,7 @@ class MemoryHostsFileWriter final : public HostsFileWriter
 public:
     explicit MemoryHostsFileWriter(MemoryFileManager& files)
         : m_files(files)
-    {
-    }
+    {}
 
     [[nodiscard]] Task<Result<void>> replaceBlock(std::string block) override;
     [[nodiscard]] Task<Result<void>> removeBlock() override;
