@@ -15,7 +15,11 @@ public:
         : m_bytes(bytes.begin(), bytes.end())
     {}
 
-    ~SecretBytes() { ::explicit_bzero(m_bytes.data(), m_bytes.size()); }
+    ~SecretBytes()
+    {
+        if (!m_bytes.empty())
+            ::explicit_bzero(m_bytes.data(), m_bytes.size());
+    }
 
     SecretBytes(const SecretBytes&) = delete;
     SecretBytes& operator=(const SecretBytes&) = delete;

@@ -76,6 +76,8 @@ TEST_F(Bootstrap, blocksAreUpFromTheCacheBeforeTheFirstAnswer)
     EXPECT_EQ(m_monitor.budget, state().budget.value());
     EXPECT_EQ(state().currentDeviceId, "cached-device");
     EXPECT_FALSE(state().isAuthenticated);
+    m_backend.release("getStreak");
+    EXPECT_TRUE(started.hasEnded());
 }
 
 TEST_F(Bootstrap, onlineStartLoadsEverythingInOrder)
