@@ -42,7 +42,7 @@ Task<> Heartbeat::beat()
     (void)co_await m_backend.reportUsage(std::max(m_tracker.todayTotal(), leastReportedMinutes));
     co_await m_tracker.reportToBackend();
     const auto budget = co_await m_backend.getScreenTimeBudget(running);
-    if (!budget || running.isCancelled()) // a beat that outlives its session must not bring its budget back
+    if (!budget) // also when the session has ended meanwhile
         co_return;
     m_session.budget = *budget;
     m_monitor.updateBudget(*budget);

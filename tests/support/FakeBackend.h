@@ -31,6 +31,8 @@ public:
     Result<std::vector<SharingConnection>> connections = unreachable();
     Result<EffectiveRulesResponse> effectiveRules = unreachable();
     std::vector<std::int64_t> reportedMinutes;
+    /// A call that waits goes on waiting when it is cancelled, and fails when it is released.
+    bool isSlowToCancel = false;
 
     /// From now on the call waits, until it is released or cancelled.
     void hold(const std::string& call) { m_held[call] = std::make_shared<OneShotEvent>(); }
@@ -121,7 +123,7 @@ private:
         calls.push_back(call);
         if (const auto held = m_held.find(call); held != m_held.end() && !token.isCancelled()) {
             const auto released = held->second;
-            const auto onCancel = token.onCancel([released] { released->happen(); });
+            const auto onCancel = isSlowToCancel ? nullptr : token.onCancel([released] { released->happen(); });
             co_await *released;
         }
         if (token.isCancelled()) {

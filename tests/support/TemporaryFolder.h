@@ -21,7 +21,11 @@ public:
         m_path = name;
     }
 
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
 
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -46,6 +46,7 @@ TEST_F(Timers, heartbeatWithoutADeviceReportsAllTheSame)
 TEST_F(Timers, aBeatThatOutlivesItsSessionChangesNothing)
 {
     startOnline();
+    m_backend.isSlowToCancel = true;
     m_backend.hold("getScreenTimeBudget");
     m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 45};
     m_time.advance(300s);

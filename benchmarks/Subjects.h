@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Report.h"
+
+namespace stillgate
+{
+
+// Each registers the benchmarks of one subject. They add their rows to the report, which has to outlive the
+// run.
+
+/// From rules to what is enforced.
+void registerCompileBenchmarks(Report& report);
+
+/// The text of the hosts file's block, beside sort(1) on as many names.
+void registerHostsBenchmarks(Report& report);
+
+/// Reading the cache, beside the JSON parser alone.
+void registerCacheBenchmarks(Report& report);
+
+/// From the start of the program to the cached rules in the hosts file. Changes /etc/hosts: without the
+/// private /etc of scripts/private-world, its row is skipped.
+void registerStartBenchmarks(Report& report);
+
+} // namespace stillgate

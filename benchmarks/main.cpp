@@ -1,0 +1,31 @@
+#include "Subjects.h"
+
+#include <benchmark/benchmark.h>
+
+#include <exception>
+#include <iostream>
+#include <sysexits.h>
+
+int main(int argc, char** argv)
+{
+    using namespace stillgate;
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return EX_USAGE;
+    benchmark::SetDefaultTimeUnit(benchmark::kMicrosecond);
+
+    Report report;
+    registerCompileBenchmarks(report);
+    registerHostsBenchmarks(report);
+    registerCacheBenchmarks(report);
+    registerStartBenchmarks(report);
+    try {
+        benchmark::RunSpecifiedBenchmarks();
+    } catch (const std::exception& problem) {
+        std::cerr << "Cannot measure: " << problem.what() << "\n";
+        return EX_OSERR;
+    }
+    report.print(std::cout);
+    return report.hasFailures() ? EX_SOFTWARE : EX_OK;
+}
