@@ -22,16 +22,6 @@ constexpr auto installed = "/opt/stillgate/Contents/Resources/block-lists/";
 constexpr auto besideBundle = "/opt/stillgate/../DNSProxy/block-lists/";
 constexpr auto built = STILLGATE_SOURCE_DIR "/Stillgate/App/../../DNSProxy/block-lists/";
 
-constexpr std::pair<const char*, const char*> stemsAndCategories[] = {
-    {"social-media", "social_media"},
-    {"gambling", "gambling"},
-    {"gaming", "gaming"},
-    {"streaming", "streaming"},
-    {"shopping", "shopping"},
-    {"adult", "adult"},
-    {"news", "news"},
-};
-
 std::string listOf(const std::string& domain)
 {
     return R"({"domains":[{"domain":")" + domain + R"("}]})";
@@ -76,10 +66,10 @@ TEST(CategoryDomains, listsOfTheProgramAreSoundAndDontOverlap)
     const LinuxFileManager files;
     CategoryDomains domains{files, MemoryBundle{}};
     std::set<std::string> seen;
-    for (const auto& [stem, category] : stemsAndCategories) {
+    for (const auto* category : {"social_media", "gambling", "gaming", "streaming", "shopping", "adult", "news"}) {
         const auto list = domains.find(category);
-        EXPECT_GE(list.size(), 200U) << stem;
-        EXPECT_TRUE(std::ranges::is_sorted(list)) << stem;
+        EXPECT_GE(list.size(), 200U) << category;
+        EXPECT_TRUE(std::ranges::is_sorted(list)) << category;
         for (const auto& domain : list) {
             EXPECT_TRUE(isDomainName(domain) && domain.contains('.')) << domain;
             EXPECT_TRUE(seen.insert(domain).second) << domain << " stands twice";

@@ -2,7 +2,6 @@
 #include "Platform/HostsBlock.h"
 #include "Platform/Linux/JSONUserDefaults.h"
 #include "Platform/Linux/ScriptHostsFileWriter.h"
-#include "Platform/Memory/ManualTime.h"
 #include "Platform/Memory/MemoryChildProcess.h"
 #include "Platform/Memory/MemoryFileManager.h"
 #include "Platform/Memory/MemoryHost.h"
@@ -17,7 +16,6 @@ namespace stillgate
 {
 
 using namespace test;
-using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -167,23 +165,6 @@ TEST(Cancelling, reachesTokensAndTheirRegistrationsOnce)
     EXPECT_EQ(calls, 1);
     EXPECT_FALSE(CancellationToken{}.isCancelled());
     EXPECT_EQ(CancellationToken{}.onCancel([] {}), nullptr);
-}
-
-TEST(ManualTimeTest, callsComeInTheOrderOfTheirMoments)
-{
-    ManualTime time;
-    std::vector<std::string> calls;
-    const auto start = time.now();
-    const auto repeating =
-        time.repeating(2s, [&] { calls.push_back("r" + std::to_string((time.now() - start) / 1s)); });
-    auto once = time.once(3s, [&] { calls.emplace_back("once"); });
-    auto never = time.once(3s, [&] { calls.emplace_back("never"); });
-    never.reset();
-    time.advance(5s);
-    EXPECT_THAT(calls, ElementsAre("r2", "once", "r4"));
-    time.setCivilTime(start);
-    time.advance(1s);
-    EXPECT_THAT(calls, ElementsAre("r2", "once", "r4", "r1")) << "timers follow the monotonic clock";
 }
 
 } // namespace stillgate
