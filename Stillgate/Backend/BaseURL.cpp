@@ -33,7 +33,7 @@ bool isBaseURL(const std::string& text, Log& log)
 std::optional<std::string> resolveBaseURL(const std::vector<std::optional<std::string>>& candidates, Log& log)
 {
     for (const auto& candidate : candidates) {
-        const auto text = trimmed(trimmed(candidate.value_or(""), " \t\r\n\v\f"), "/");
+        auto text = trimmed(trimmed(candidate.value_or(""), " \t\r\n\v\f"), "/");
         if (!text.empty() && isBaseURL(text, log))
             return text;
     }
