@@ -13,8 +13,10 @@ constexpr auto longestConfigurationWait = 2s;
 
 /// A field takes the answer, or becomes empty on failure.
 template <class Field, class T>
-void takeOrEmpty(Field& field, Result<T> answer)
+void takeOrEmpty(const CancellationToken& session, Field& field, Result<T> answer)
 {
+    if (session.isCancelled())
+        return; // the field is the next session's
     if (answer)
         field = std::move(*answer);
     else
@@ -43,8 +45,11 @@ Task<> AppState::bootstrap()
 {
     if (isOnboarding)
         co_return;
+    m_session.cancel();
+    m_session = {};
+    const auto session = m_session.token();
     co_await waitAtMost(&m_services.scheduler, longestConfigurationWait, m_configuration.checkAppConfig());
-    if (isMaintenanceMode || requiresForceUpdate)
+    if (session.isCancelled() || isMaintenanceMode || requiresForceUpdate)
         co_return;
     m_services.backend.loadTokens();
     if (!m_services.backend.isAuthenticated()) {
@@ -53,8 +58,6 @@ Task<> AppState::bootstrap()
     }
     loadFromCache();
 
-    m_session = {};
-    const auto session = m_session.token();
     const auto loaded = co_await loadFirst(session);
     if (session.isCancelled())
         co_return;
@@ -109,13 +112,13 @@ std::unexpected<Error> AppState::firstLoadFailure(std::string_view call, Error e
 Task<> AppState::loadRest(CancellationToken session)
 {
     auto& backend = m_services.backend;
-    takeOrEmpty(schedules, co_await backend.getSchedules(session));
-    takeOrEmpty(tasks, co_await backend.getTasks(std::nullopt, session));
-    takeOrEmpty(budget, co_await backend.getScreenTimeBudget(session));
-    takeOrEmpty(currentUser, co_await backend.getMe(session));
+    takeOrEmpty(session, schedules, co_await backend.getSchedules(session));
+    takeOrEmpty(session, tasks, co_await backend.getTasks(std::nullopt, session));
+    takeOrEmpty(session, budget, co_await backend.getScreenTimeBudget(session));
+    takeOrEmpty(session, currentUser, co_await backend.getMe(session));
     if (const auto code = co_await backend.getMySharingCode(session))
         sharingCode = code->code;
-    takeOrEmpty(connections, co_await backend.getSharingConnections(session));
+    takeOrEmpty(session, connections, co_await backend.getSharingConnections(session));
 }
 
 void AppState::goOffline(const Error& reason)
@@ -176,20 +179,23 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
 Task<> AppState::reloadRest(CancellationToken session)
 {
     auto& backend = m_services.backend;
-    takeOrEmpty(schedules, co_await backend.getSchedules(session));
-    takeOrEmpty(budget, co_await backend.getScreenTimeBudget(session));
-    takeOrEmpty(connections, co_await backend.getSharingConnections(session));
+    takeOrEmpty(session, schedules, co_await backend.getSchedules(session));
+    takeOrEmpty(session, budget, co_await backend.getScreenTimeBudget(session));
+    takeOrEmpty(session, connections, co_await backend.getSharingConnections(session));
     if (session.isCancelled())
         co_return; // a sign-out leaves what follows as it is
     sharingConnections = connections.value();
 
     const auto asAssignee = co_await backend.getTasks("assignee", session);
     const auto asAssigner = co_await backend.getTasks("assigner", session);
+    if (session.isCancelled())
+        co_return;
     const std::vector<SGTask> none;
     tasks = mergedTasks(asAssignee.value_or(none), asAssigner.value_or(none));
 
     if (const auto effective = co_await backend.getEffectiveRules(session))
         guardianRulesForMe = guardianRules(*effective);
+    knowsGuardian = !session.isCancelled();
 }
 
 void AppState::logout()
@@ -215,6 +221,7 @@ void AppState::logout()
     budget = std::nullopt;
     sharingCode = std::nullopt;
     connections = std::vector<SharingConnection>{};
+    knowsGuardian = false;
     m_cache.clear();
 }
 

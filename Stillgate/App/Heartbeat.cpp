@@ -24,6 +24,7 @@ Heartbeat::Heartbeat(
 
 void Heartbeat::start()
 {
+    m_running.cancel();
     m_running = {};
     m_heartbeatTimer = m_scheduler.repeating(beatPeriod, [this] { runDetached(beat()); });
 }

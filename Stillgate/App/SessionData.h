@@ -42,6 +42,7 @@ struct SessionData
     QProperty<std::vector<SharingConnection>> connections;
     QProperty<std::vector<SharingConnection>> sharingConnections;
     QProperty<std::vector<GuardianBlockRule>> guardianRulesForMe;
+    bool knowsGuardian = false; ///< those two are of this session, not left over from the one before
 
     // What the gates tell; the texts keep their last values when a gate falls.
     QProperty<std::optional<std::string>> maintenanceMessage;

@@ -11,7 +11,7 @@ namespace
 CachedState cachedState(const SessionData& session)
 {
     const auto& user = session.currentUser.value();
-    return {
+    CachedState cached{
         .streak = session.streak,
         .blockRules = session.blockRules,
         .devices = session.devices,
@@ -20,9 +20,12 @@ CachedState cachedState(const SessionData& session)
         .budget = session.budget,
         .connections = session.connections,
         .userName = user ? user->displayName : std::nullopt,
-        .sharingConnections = session.sharingConnections.value(),
-        .guardianRulesForMe = session.guardianRulesForMe.value(),
     };
+    if (session.knowsGuardian) {
+        cached.sharingConnections = session.sharingConnections.value();
+        cached.guardianRulesForMe = session.guardianRulesForMe.value();
+    }
+    return cached;
 }
 
 void restore(CachedState cached, SessionData& session)
@@ -34,6 +37,7 @@ void restore(CachedState cached, SessionData& session)
     session.tasks = std::move(cached.tasks);
     session.budget = cached.budget;
     session.connections = std::move(cached.connections);
+    session.knowsGuardian = cached.sharingConnections && cached.guardianRulesForMe;
     if (cached.sharingConnections)
         session.sharingConnections = std::move(*cached.sharingConnections);
     if (cached.guardianRulesForMe)

@@ -17,6 +17,7 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <iostream>
 #include <sysexits.h>
 
@@ -95,6 +96,9 @@ int runHeadless(int argc, char** argv)
 int main(int argc, char** argv)
 {
     using namespace stillgate;
+
+    // Whoever reads the log may go away; the blocks stay up all the same.
+    std::signal(SIGPIPE, SIG_IGN);
 
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     const auto version = LinuxBundle{}.infoValue("CFBundleShortVersionString").value_or("");

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <string>
-#include <variant>
+#include <utility>
 
 namespace stillgate
 {

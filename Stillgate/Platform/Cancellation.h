@@ -45,10 +45,11 @@ class CancellationSource
 public:
     [[nodiscard]] CancellationToken token() const { return CancellationToken{m_state}; }
 
+    /// The second and later calls do nothing.
     void cancel() const
     {
-        m_state->isCancelled = true;
-        m_state->observers.notify();
+        if (!std::exchange(m_state->isCancelled, true))
+            m_state->observers.notify();
     }
 
 private:

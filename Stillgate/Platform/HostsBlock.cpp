@@ -1,5 +1,7 @@
 #include "Platform/HostsBlock.h"
 
+#include <algorithm>
+
 namespace stillgate
 {
 
@@ -63,7 +65,18 @@ std::string_view nameOfOwnLine(std::string_view line)
     if (!line.starts_with(loopback) || !line.substr(loopback.size()).starts_with(' '))
         return {};
     const auto name = withoutFeed(line).substr(loopback.size() + 1);
-    return name.find_first_of(" \t\r\v\f#") == std::string_view::npos ? name : std::string_view{};
+    return name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-.") == std::string_view::npos
+        ? name
+        : std::string_view{};
+}
+
+/// Whether a name is this machine's, alone or with a domain behind it. Names have no case; `name` is in lower case.
+bool isOfHost(std::string_view name, std::string_view hostName)
+{
+    const auto isSame = [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); };
+    const auto rest = name.substr(std::min(hostName.size(), name.size()));
+    return !hostName.empty() && std::ranges::equal(name.substr(0, hostName.size()), hostName, isSame) &&
+        (rest.empty() || rest.starts_with('.'));
 }
 
 /// Where a block without an end marker ends, from the first line behind its start marker on.
@@ -73,7 +86,7 @@ std::size_t endOfUnterminated(std::string_view text, std::size_t position, std::
     while (position < text.size()) {
         const auto line = lineAt(text, position);
         const auto name = nameOfOwnLine(textOf(text, line));
-        const bool isOurs = !name.empty() && name > previous && name != "localhost" && name != hostName;
+        const bool isOurs = !name.empty() && name > previous && name != "localhost" && !isOfHost(name, hostName);
         if (!isOurs)
             break;
         previous = name;

@@ -18,7 +18,7 @@ inline constexpr std::string_view hostsMarkerEnd = "# End Stillgate";
 ///
 /// A block that doesn't end (no end marker before the next block or the end of the file) takes only what can't be
 /// the user's: it ends before the first line that isn't exactly "127.0.0.1" and one name, in ascending order, or
-/// whose name is localhost or `hostName`.
+/// whose name is localhost or this machine's, `hostName`.
 [[nodiscard]] std::string withoutHostsBlocks(std::string_view text, std::string_view hostName);
 
 /// The names of the blocks, in the order of the file. A block that doesn't end is told as above.

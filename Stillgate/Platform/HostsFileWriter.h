@@ -11,7 +11,8 @@ namespace stillgate
 /// Changes our marked block in the system's hosts file (hosts(5)); HostsBlock.h tells what the block is.
 ///
 /// Every byte outside the block stays as it is, and at any moment the file is the old one or the new one, never a
-/// part. Afterwards the system's cache of names is flushed. Errors: SystemFailure; the file is then the old one.
+/// part; only a file that is a mount point is written in place. Afterwards the system's cache of names is flushed.
+/// Errors: SystemFailure; the file is then the old one.
 class HostsFileWriter
 {
 public:

@@ -102,6 +102,12 @@ TEST_F(Headless, withoutRightsItSaysSoInOneLineAndGoesOn)
     EXPECT_THAT(m_engine.blockedConfig(), HasSubstr("twitter.com"));
 }
 
+TEST_F(Headless, logThatNobodyReadsHoldsNothingUp)
+{
+    shell("HOME=" + m_engine.home().string() + " timeout 5 " STILLGATE_PROGRAM " --headless 2>&1 | true");
+    EXPECT_THAT(hosts(), HasSubstr("twitter.com"));
+}
+
 TEST_F(Headless, brokenCacheIsLoggedAndLosesNothing)
 {
     m_engine.runOnce();

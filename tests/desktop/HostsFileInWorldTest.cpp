@@ -64,13 +64,42 @@ TEST_F(HostsFileInWorld, readOnlyFileIsRefused)
     EXPECT_EQ(shell("ls /etc | grep hosts.stillgate"), "");
 }
 
-TEST_F(HostsFileInWorld, cacheOfNamesIsFlushedAndItsFailureChangesNothing)
+TEST_F(HostsFileInWorld, mountPointInAReadOnlyFolderIsWrittenInPlace)
+{
+    shell(
+        "cp -a /etc /mnt/etc; mount --bind /mnt/etc /etc; cp /etc/hosts /mnt/hosts; mount --bind /mnt/hosts /etc/hosts;"
+        "mount -o remount,bind,ro /etc");
+    EXPECT_TRUE(replace());
+    EXPECT_EQ(fileBytes("/mnt/hosts"), original + m_block);
+}
+
+TEST_F(HostsFileInWorld, textThatCannotBePutBackIsKept)
+{
+    // The disk fills up between the two writes, and what was there fits no more.
+    shell(
+        R"(mkdir /mnt/small; mount -t tmpfs -o size=16k small /mnt/small; head -c 12000 /dev/zero | tr '\0' '#' >/etc/hosts
+             mkdir /mnt/tools
+             cp /etc/hosts /mnt/small/hosts; mount --bind /mnt/small/hosts /etc/hosts
+             printf '#!/bin/bash\n[[ $2 != *.old ]] || dd if=/dev/zero of=/mnt/small/filler\nexec /mnt/cat "$@"\n' \
+                 >/mnt/tools/cat
+             cp /bin/cat /mnt/cat; chmod +x /mnt/tools/cat; mount --bind /mnt/tools/cat /bin/cat)");
+    const auto before = fileBytes(hostsPath);
+    std::vector<std::string> domains;
+    for (int i = 0; i < 500; ++i)
+        domains.push_back(std::to_string(i) + ".example");
+    m_block = generateHostsEntries(domains);
+    EXPECT_FALSE(replace());
+    EXPECT_TRUE(fileBytes(hostsPath) != before) << "else this test shows nothing";
+    EXPECT_TRUE(shell("/mnt/cat /etc/hosts.stillgate.*.old") == before);
+}
+
+TEST_F(HostsFileInWorld, cacheOfNamesIsFlushedAndMayHang)
 {
     shell(R"(mount -t tmpfs run /run; mkdir -p /run/systemd/resolve /run/tools
              perl -MSocket -e 'socket(S, AF_UNIX, SOCK_STREAM, 0);
                  bind(S, sockaddr_un("/run/systemd/resolve/io.systemd.Resolve"))'
              mount -t tmpfs sbin /usr/local/sbin
-             printf '#!/bin/sh\necho "$@" >>/run/flushed; exit 1\n' >/run/tools/resolvectl
+             printf '#!/bin/bash\necho "$@" >>/run/flushed; sleep 600\n' >/run/tools/resolvectl
              chmod +x /run/tools/resolvectl
              mkdir /run/upper /run/work
              mount -t overlay -o lowerdir=/run/tools:/usr/sbin stillgate-tools /usr/sbin)");

@@ -21,7 +21,7 @@ protected:
 /// Runs a shell command to its end; its standard output.
 std::string shell(const std::string& command);
 
-/// Whether something comes true, within a few seconds.
+/// Whether something comes true within 20 seconds.
 bool comesTrue(const std::function<bool()>& condition);
 
 /// The program `stillgate --headless`, with a home folder of its own.

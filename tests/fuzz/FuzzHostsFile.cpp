@@ -4,6 +4,7 @@
 #include "Require.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace stillgate
 {
@@ -59,8 +60,12 @@ bool canBeEntry(std::string_view line)
     if (!line.starts_with(address))
         return false;
     const auto name = line.substr(address.size());
-    return !name.empty() && name.find_first_of(" \t\r\v\f#") == std::string_view::npos && name != "localhost" &&
-        name != hostName;
+    const auto isOfName = [](char character) {
+        return std::islower(static_cast<unsigned char>(character)) != 0 ||
+            std::isdigit(static_cast<unsigned char>(character)) != 0 || character == '-' || character == '.';
+    };
+    const bool isOfHost = name == hostName || name.starts_with(std::string{hostName} + ".");
+    return !name.empty() && std::ranges::all_of(name, isOfName) && name != "localhost" && !isOfHost;
 }
 
 /// The last line of the block that begins with the start marker `start`.

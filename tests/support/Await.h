@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] bool hasEnded() const { return m_state->ended; }
 
-    /// What the task ended with. Runs the event loop until then, for a few seconds at most; then the test fails.
+    /// What the task ended with. Runs the event loop until then, for half a minute at most; then the test fails.
     T result()
     {
         const QDeadlineTimer limit{std::chrono::seconds{30}};

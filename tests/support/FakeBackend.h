@@ -37,7 +37,10 @@ public:
     /// From now on the call waits, until it is released or cancelled.
     void hold(const std::string& call) { m_held[call] = std::make_shared<OneShotEvent>(); }
 
-    void release(const std::string& call) { m_held.extract(call).mapped()->happen(); }
+    void release(const std::string& call) { takeHold(call)->happen(); }
+
+    /// Later calls don't wait; those that do go on when the event happens.
+    std::shared_ptr<OneShotEvent> takeHold(const std::string& call) { return m_held.extract(call).mapped(); }
 
     /// A streak, no rules, no devices: enough for an online start.
     void answerFirstLoad()

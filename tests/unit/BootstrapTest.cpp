@@ -56,6 +56,19 @@ TEST_F(Bootstrap, hangingConfigurationCheckHoldsTheStartForTwoSecondsOnly)
     EXPECT_TRUE(state().isMaintenanceMode) << "a later answer counts when it comes";
 }
 
+TEST_F(Bootstrap, logoutDuringTheConfigurationCheckIsNotForgotten)
+{
+    m_backend.answerFirstLoad();
+    m_backend.hold("getAppConfig");
+    const Awaited started{state().bootstrap()};
+    state().logout();
+    m_backend.hasStoredTokens = true; // as while the sign-out still waits for the proxy
+    m_backend.release("getAppConfig");
+    EXPECT_TRUE(started.hasEnded());
+    expectFlags(false, false);
+    EXPECT_EQ(m_time.pendingTimers(), 0U);
+}
+
 TEST_F(Bootstrap, withoutTokensNobodyIsSignedIn)
 {
     m_files.put(cacheFile, cachedSession);

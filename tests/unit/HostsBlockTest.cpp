@@ -12,7 +12,7 @@ using testing::ElementsAre;
 namespace
 {
 
-constexpr auto hostName = "workbench";
+constexpr auto hostName = "Workbench";
 
 std::string remove(std::string_view text)
 {
@@ -77,6 +77,10 @@ TEST(HostsBlock, removalTakesTheBlockAndNothingElse)
         {"no end: a repeated name breaks the order", "<M>\n127.0.0.1 a\n127.0.0.1 a\n", "127.0.0.1 a\n"},
         {"no end: localhost is never taken", "<M>\n127.0.0.1 a\n127.0.0.1 localhost\n", "127.0.0.1 localhost\n"},
         {"no end: nor is this machine's name", "<M>\n127.0.0.1 workbench\n", "127.0.0.1 workbench\n"},
+        {"no end: in whatever case", "<M>\n127.0.0.1 WORKBENCH\n", "127.0.0.1 WORKBENCH\n"},
+        {"no end: nor with a domain", "<M>\n127.0.0.1 workbench.home\n", "127.0.0.1 workbench.home\n"},
+        {"no end: another machine's is", "<M>\n127.0.0.1 workbench2\n", ""},
+        {"no end: what we never write", "<M>\n127.0.0.1 a_b\n", "127.0.0.1 a_b\n"},
         {"no end: two names on a line", "<M>\n127.0.0.1 a b\n", "127.0.0.1 a b\n"},
         {"no end: a comment behind the name", "<M>\n127.0.0.1 a#b\n", "127.0.0.1 a#b\n"},
         {"no end: another address", "<M>\n127.0.0.11 a\n", "127.0.0.11 a\n"},

@@ -161,6 +161,7 @@ TEST(Cancelling, reachesTokensAndTheirRegistrationsOnce)
     token.onCancel([&] { ++calls; }).reset();
     EXPECT_FALSE(token.isCancelled());
     source.cancel();
+    source.cancel();
     EXPECT_TRUE(token.isCancelled() && source.token().isCancelled());
     EXPECT_EQ(calls, 1);
     EXPECT_FALSE(CancellationToken{}.isCancelled());

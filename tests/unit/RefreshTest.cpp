@@ -85,6 +85,25 @@ TEST_F(Refresh, firstFailureCancelsTheOthersAndKeepsWhatWasTaken)
     expectFlags(true, false);
 }
 
+TEST_F(Refresh, ofAnEarlierSessionChangesNothing)
+{
+    startOnline();
+    m_backend.isSlowToCancel = true;
+    m_backend.hold("getSchedules");
+    const Awaited old{state().refreshData()};
+    const auto released = m_backend.takeHold("getSchedules");
+    m_backend.connections = {{controlledConnection("permanent")}};
+    bootstrap();
+    const auto compiles = m_monitor.configurations;
+    released->happen();
+    EXPECT_TRUE(old.hasEnded());
+    EXPECT_EQ(m_monitor.configurations, compiles);
+    EXPECT_EQ(state().connections.value().size(), 1U);
+
+    state().logout();
+    EXPECT_FALSE(m_files.contains(cacheFile));
+}
+
 TEST_F(Refresh, logoutMeanwhileIsTheLastWord)
 {
     startOnline();

@@ -28,6 +28,7 @@ TEST_F(Cache, bringsBackWhatASessionNeedsOffline)
     before.sharingConnections = std::vector{controlledConnection("permanent")};
     before.guardianRulesForMe = std::vector{guardianRule("news", {{"b.example"}})};
     before.currentUser = std::optional{SGUser{.id = "u", .email = "e", .displayName = "Ada"}};
+    before.knowsGuardian = true;
     m_cache.save(before);
 
     SessionData after;
@@ -57,6 +58,21 @@ TEST_F(Cache, guardiansStrictModeSurvivesARestartWithoutNetwork)
     bootstrap();
     EXPECT_EQ(m_monitor.configuration.guardianFlexibilityMode, "permanent");
     EXPECT_TRUE(m_monitor.configuration.customBlockedBundleIds.contains("com.game"));
+}
+
+TEST_F(Cache, nextAccountDoesNotInheritTheGuardian)
+{
+    m_backend.connections = {{controlledConnection("permanent")}};
+    startOnline();
+    await(state().refreshData());
+    state().logout();
+    m_backend.hasStoredTokens = true;
+    m_backend.connections = std::vector<SharingConnection>{};
+    bootstrap();
+    restart();
+    m_backend.streak = FakeBackend::unreachable();
+    bootstrap();
+    EXPECT_EQ(m_monitor.configuration.guardianFlexibilityMode, "flexible");
 }
 
 TEST_F(Cache, fileThatDoesNotDecodeIsLoggedAndRestoresNothing)

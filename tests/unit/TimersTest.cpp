@@ -50,8 +50,10 @@ TEST_F(Timers, aBeatThatOutlivesItsSessionChangesNothing)
     m_backend.hold("getScreenTimeBudget");
     m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 45};
     m_time.advance(300s);
+    const auto released = m_backend.takeHold("getScreenTimeBudget");
+    bootstrap();
     state().logout();
-    m_backend.release("getScreenTimeBudget");
+    released->happen();
     EXPECT_EQ(state().budget.value(), std::nullopt);
 }
 

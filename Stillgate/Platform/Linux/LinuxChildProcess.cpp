@@ -4,6 +4,7 @@
 
 #include <QProcess>
 
+#include <csignal>
 #include <memory>
 #include <unistd.h>
 
@@ -19,6 +20,15 @@ QStringList qtArguments(const std::vector<std::string>& arguments)
     for (const auto& argument : arguments)
         list.append(QString::fromStdString(argument));
     return list;
+}
+
+/// Runs in the child: a session of its own, and none of the signals held back that TerminationSignals holds back.
+void standAlone()
+{
+    ::setsid();
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 /// The coroutine ends within the process's own signal: the sender has to outlive that.
@@ -45,7 +55,7 @@ Task<Result<int>> LinuxChildProcess::run(Command command)
 
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
-    process->setChildProcessModifier([] { ::setsid(); });
+    process->setChildProcessModifier(standAlone);
     process->start(QString::fromStdString(command.program), qtArguments(command.arguments));
     if (process->isOpen()) {
         process->write(command.standardInput.data(), static_cast<qint64>(command.standardInput.size()));

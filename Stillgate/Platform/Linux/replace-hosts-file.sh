@@ -7,11 +7,15 @@
 #
 # Exit status: 0 replaced; 75 (EX_TEMPFAIL) somebody else has changed the file meanwhile; any other, failed. Unless
 # it is 0, the file is the old one.
+#
+# A file that is a mount point (as in containers) can't be renamed over and is written in place. If that fails half way
+# and what was there can't be put back either, a copy of it stays: FILE.stillgate.*.old.
 
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C
 umask 022
+trap '' TERM INT HUP # once begun, a write comes to its end
 
-hosts=$(readlink -m -- "$1") size=$2 made_from=$3
+hosts=$(readlink -m -- "$1") size=$2 made_from=$3 in_place=
 
 checksum() {
     [ -e "$hosts" ] || { echo none; return; }
@@ -22,23 +26,36 @@ is_mount_point() {
     cut -d ' ' -f 5 /proc/self/mountinfo | grep -qxF -- "$hosts"
 }
 
-# A mount point (as in containers) can't be renamed over. On a full disk what was there fits again.
+ownership() {
+    stat -c %u:%g:%a -- "$1"
+}
+
 write_in_place() {
     cp -- "$hosts" "$old" || return
     cat -- "$new" >"$hosts" && sync -- "$hosts" && return
-    cat -- "$old" >"$hosts"
+    cat -- "$old" >"$hosts" || cmp -s -- "$old" "$hosts" || trap 'rm -f -- "$new"' EXIT
     return 1
+}
+
+rename_over() {
+    # Without the right to give a file away, renaming would change the owner.
+    [ ! -e "$hosts" ] || [ "$(ownership "$new")" = "$(ownership "$hosts")" ] || return
+    mv -fT -- "$new" "$hosts"
 }
 
 flush_names() {
     if [ -S /run/systemd/resolve/io.systemd.Resolve ]; then
-        timeout 5 resolvectl flush-caches
+        timeout -s KILL 5 resolvectl flush-caches
     elif [ -S /run/nscd/socket ]; then
-        timeout 5 nscd -i hosts
+        timeout -s KILL 5 nscd -i hosts
     fi
 }
 
-new=$(mktemp -- "$hosts.stillgate.XXXXXX") || exit 1
+if ! new=$(mktemp -- "$hosts.stillgate.XXXXXX"); then
+    is_mount_point || exit 1
+    new=$(mktemp) || exit 1 # a file of its own in a folder that is read-only
+    in_place=yes
+fi
 old=$new.old
 trap 'rm -f -- "$new" "$old"' EXIT
 
@@ -53,7 +70,7 @@ cat >"$new" || exit 1
 sync -- "$new" || exit 1
 [ "$(checksum)" = "$made_from" ] || exit 75
 
-if ! mv -fT -- "$new" "$hosts"; then
+if [ "$in_place" ] || ! rename_over; then
     is_mount_point && write_in_place || exit 1
 fi
 sync -- "$(dirname -- "$hosts")"
