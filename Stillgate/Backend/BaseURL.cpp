@@ -1,5 +1,7 @@
 #include "Backend/BaseURL.h"
 
+#include "Platform/Text.h"
+
 #include <QUrl>
 
 namespace stillgate
@@ -7,14 +9,6 @@ namespace stillgate
 
 namespace
 {
-
-std::string trimmed(std::string_view text, std::string_view characters)
-{
-    const auto first = text.find_first_not_of(characters);
-    if (first == std::string_view::npos)
-        return {};
-    return std::string{text.substr(first, text.find_last_not_of(characters) - first + 1)};
-}
 
 bool isBaseURL(const std::string& text, Log& log)
 {
@@ -33,7 +27,8 @@ bool isBaseURL(const std::string& text, Log& log)
 std::optional<std::string> resolveBaseURL(const std::vector<std::optional<std::string>>& candidates, Log& log)
 {
     for (const auto& candidate : candidates) {
-        auto text = trimmed(trimmed(candidate.value_or(""), " \t\r\n\v\f"), "/");
+        const auto written = candidate.value_or("");
+        std::string text{trimmed(trimmed(written), "/")};
         if (!text.empty() && isBaseURL(text, log))
             return text;
     }

@@ -2,6 +2,7 @@
 
 #include "Blocking/DomainNames.h"
 #include "Platform/HostsBlock.h"
+#include "Platform/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -34,15 +35,6 @@ const std::map<std::string_view, std::vector<std::string_view>> relatedDomains{
     {"telegram.org", {"t.me", "telegram.me"}},
     {"whatsapp.com", {"whatsapp.net", "wa.me"}},
 };
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
-    const auto first = text.find_first_not_of(whiteSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
-}
 
 void sortAndDeduplicate(std::vector<std::string>& names)
 {

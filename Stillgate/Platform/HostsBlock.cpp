@@ -1,5 +1,7 @@
 #include "Platform/HostsBlock.h"
 
+#include "Platform/Text.h"
+
 #include <algorithm>
 
 namespace stillgate
@@ -9,7 +11,6 @@ namespace
 {
 
 constexpr std::string_view loopback = "127.0.0.1";
-constexpr std::string_view whiteSpace = " \t\r\v\f";
 
 /// A part of the text, from `begin` to before `end`.
 struct Span
@@ -34,14 +35,6 @@ Span lineAt(std::string_view text, std::size_t position)
 std::string_view textOf(std::string_view text, Span span)
 {
     return text.substr(span.begin, span.end - span.begin);
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(whiteSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
 }
 
 std::string_view withoutFeed(std::string_view line)

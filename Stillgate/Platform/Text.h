@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace stillgate
+{
+
+inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+
+/// The text without these characters at its ends.
+[[nodiscard]] inline std::string_view trimmed(std::string_view text, std::string_view characters = whiteSpace)
+{
+    const auto first = text.find_first_not_of(characters);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(characters) - first + 1);
+}
+
+} // namespace stillgate
