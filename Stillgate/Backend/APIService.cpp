@@ -1,6 +1,6 @@
 #include "Backend/APIService.h"
 
-#include "Backend/APIBodies.h"
+#include "Models/APIBodies.h"
 #include "Backend/RequestPath.h"
 
 namespace stillgate
