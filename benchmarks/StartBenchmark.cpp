@@ -89,9 +89,9 @@ public:
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> environment() const
     {
         return {
-            {"HOME", m_folder.path().string()},
-            {"XDG_CONFIG_HOME", config().string()},
+            {"HOME", m_folder.path().string()}, {"XDG_CONFIG_HOME", config().string()},
             {"XDG_DATA_HOME", data().string()},
+            {"STILLGATE_API_BASE_URL", "https://127.0.0.1:1/v1"}, // nobody listens there
         };
     }
 

@@ -1,9 +1,12 @@
 #include "App/AppState.h"
 #include "App/CommandLine.h"
-#include "Backend/UnreachableBackend.h"
+#include "Backend/APIService.h"
+#include "Backend/BaseURL.h"
+#include "Backend/SecureSession.h"
 #include "Blocking/AbsentDNSProxy.h"
 #include "Blocking/PassiveAppMonitor.h"
 #include "Platform/HostsBlock.h"
+#include "Platform/Linux/Deployment.h"
 #include "Platform/Linux/JSONUserDefaults.h"
 #include "Platform/Linux/LinuxBundle.h"
 #include "Platform/Linux/LinuxChildProcess.h"
@@ -18,6 +21,7 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 #include <sysexits.h>
 
@@ -27,22 +31,49 @@ namespace stillgate
 namespace
 {
 
-/// One of everything, for a machine of which only files and processes are known.
-struct HeadlessEngine
+/// What is there before anything is known about the backend.
+struct Machine
 {
+    Deployment deployment = builtInDeployment();
     StandardErrorLog log;
-    LinuxBundle bundle;
+    LinuxBundle bundle{deployment};
     LinuxFileManager files;
     LinuxScheduler scheduler;
     LinuxHost host;
     LinuxChildProcess children;
     NotificationCenter notifications;
     JSONUserDefaults defaults{JSONUserDefaults::standardFile(), files, log};
+};
 
-    KeychainService keychain{files};
-    UnreachableBackend backend{keychain};
-    ScriptHostsFileWriter hostsFileWriter{hostsPath, files, children, host};
-    HostsFileService hostsFile{hostsFileWriter, files, defaults, host, log};
+std::optional<std::string> environmentValue(const char* name)
+{
+    const auto* value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>{value} : std::nullopt;
+}
+
+std::optional<std::string> baseURLOn(Machine& machine)
+{
+    return resolveBaseURL(
+        {
+            environmentValue("STILLGATE_API_BASE_URL"),
+            machine.defaults.string("sg_api_base_url"),
+            machine.bundle.infoValue("STILLGATE_API_BASE_URL"),
+        },
+        machine.log);
+}
+
+/// One of everything, for a machine of which only files and processes are known.
+struct HeadlessEngine
+{
+    Machine& machine;
+    std::string baseURL;
+
+    KeychainService keychain{machine.files};
+    SecureSession session{{machine.deployment.pinnedHashes, machine.deployment.trustAnchor}, machine.notifications,
+        machine.scheduler, machine.log};
+    APIService backend{baseURL, session, keychain, machine.notifications};
+    ScriptHostsFileWriter hostsFileWriter{hostsPath, machine.files, machine.children, machine.host};
+    HostsFileService hostsFile{hostsFileWriter, machine.files, machine.defaults, machine.host, machine.log};
     PassiveAppMonitor monitor;
     IdleUsageTracker tracker;
     AbsentDNSProxy dnsProxy;
@@ -53,21 +84,21 @@ struct HeadlessEngine
         .monitor = monitor,
         .tracker = tracker,
         .dnsProxy = dnsProxy,
-        .bundle = bundle,
-        .files = files,
-        .log = log,
-        .notifications = notifications,
-        .scheduler = scheduler,
-        .defaults = defaults,
+        .bundle = machine.bundle,
+        .files = machine.files,
+        .log = machine.log,
+        .notifications = machine.notifications,
+        .scheduler = machine.scheduler,
+        .defaults = machine.defaults,
     }};
 
     Task<> start()
     {
         co_await state.bootstrap();
         if (state.isOnboarding)
-            log.write("[Stillgate] Not set up yet; nothing to enforce");
+            machine.log.write("[Stillgate] Not set up yet; nothing to enforce");
         else if (!state.isAuthenticated)
-            log.write("[Stillgate] Nobody is signed in; nothing to enforce");
+            machine.log.write("[Stillgate] Nobody is signed in; nothing to enforce");
     }
 
     /// The blocks stay. A write that is under way comes to its end first.
@@ -83,10 +114,17 @@ struct HeadlessEngine
 int runHeadless(int argc, char** argv)
 {
     QCoreApplication application{argc, argv};
-    HeadlessEngine engine;
+    Machine machine;
+    const auto baseURL = baseURLOn(machine);
+    if (!baseURL) {
+        std::cerr << noBaseURLMessage << '\n';
+        return EX_CONFIG;
+    }
+    HeadlessEngine engine{.machine = machine, .baseURL = *baseURL};
     const TerminationSignals signals{[&engine] { runDetached(engine.stop()); }};
     runDetached(engine.start());
-    return QCoreApplication::exec();
+    // Requests may be under way, and Qt would wait for the look-up of a name, which nothing can cut short.
+    std::quick_exit(QCoreApplication::exec());
 }
 
 } // namespace
@@ -101,7 +139,7 @@ int main(int argc, char** argv)
     std::signal(SIGPIPE, SIG_IGN);
 
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-    const auto version = LinuxBundle{}.infoValue("CFBundleShortVersionString").value_or("");
+    const auto version = LinuxBundle{builtInDeployment()}.infoValue("CFBundleShortVersionString").value_or("");
     const auto request = parseCommandLine(arguments, version);
     if (const auto* printed = std::get_if<PrintAndExit>(&request)) {
         std::cout << printed->text;

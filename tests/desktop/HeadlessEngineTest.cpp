@@ -2,6 +2,7 @@
 #include "Platform/HostsBlock.h"
 #include "tests/desktop/PrivateWorld.h"
 
+#include <QTcpServer>
 #include <gmock/gmock.h>
 
 namespace stillgate
@@ -104,8 +105,23 @@ TEST_F(Headless, withoutRightsItSaysSoInOneLineAndGoesOn)
 
 TEST_F(Headless, logThatNobodyReadsHoldsNothingUp)
 {
-    shell("HOME=" + m_engine.home().string() + " timeout 5 " STILLGATE_PROGRAM " --headless 2>&1 | true");
+    shell("HOME=" + m_engine.home().string() + " STILLGATE_API_BASE_URL=" + m_engine.baseURL +
+        " timeout 5 " STILLGATE_PROGRAM " --headless 2>&1 | true");
     EXPECT_THAT(hosts(), HasSubstr("twitter.com"));
+}
+
+TEST_F(Headless, hangingBackendHoldsUpNeitherTheBlocksNorTheEnd)
+{
+    QTcpServer silent; // takes connections and never says a word
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    m_engine.baseURL = "https://127.0.0.1:" + std::to_string(silent.serverPort()) + "/v1";
+    m_engine.start();
+    EXPECT_TRUE(comesTrue([] { return hosts().contains("twitter.com"); }));
+    EXPECT_EQ(m_engine.stop(), 0);
+    EXPECT_EQ(hosts(), original + generateHostsEntries({"Example.com", "twitter.com"}));
+    EXPECT_TRUE(
+        std::filesystem::exists(m_engine.home() / ".local/share/com.stillgate.macos/secure/sg%5Frefresh%5Ftoken"))
+        << "a request that never came to its end ends no session";
 }
 
 TEST_F(Headless, brokenCacheIsLoggedAndLosesNothing)

@@ -65,6 +65,7 @@ void HeadlessEngine::start(const std::string& asUser)
     environment.remove("XDG_DATA_HOME");
     environment.remove("XDG_CONFIG_HOME");
     environment.insert("HOME", QString::fromStdString(home()));
+    environment.insert("STILLGATE_API_BASE_URL", QString::fromStdString(baseURL));
     m_process.setProcessEnvironment(environment);
     m_process.setStandardErrorFile(QString::fromStdString(m_log));
     QStringList command{STILLGATE_PROGRAM, "--headless"};

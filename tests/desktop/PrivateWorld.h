@@ -54,6 +54,8 @@ public:
 
     [[nodiscard]] std::string log() const { return fileBytes(m_log); }
 
+    std::string baseURL = "https://127.0.0.1:1/v1"; ///< where nobody listens, unless a test says otherwise
+
     [[nodiscard]] qint64 pid() const { return m_process.processId(); }
 
 private:

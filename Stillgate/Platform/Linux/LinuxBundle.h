@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bundle.h"
+#include "Platform/Linux/Deployment.h"
 
 namespace stillgate
 {
@@ -9,8 +10,13 @@ namespace stillgate
 class LinuxBundle final : public Bundle
 {
 public:
+    explicit LinuxBundle(Deployment deployment);
+
     [[nodiscard]] std::filesystem::path path() const override;
     [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override;
+
+private:
+    Deployment m_deployment;
 };
 
 } // namespace stillgate
