@@ -18,6 +18,13 @@ struct PollDeviceCodeBody
     STILLGATE_RECORD(PollDeviceCodeBody, device_code);
 };
 
+struct RefreshTokenBody
+{
+    std::string refreshToken;
+
+    STILLGATE_RECORD(RefreshTokenBody, refreshToken);
+};
+
 struct RegisterDeviceBody
 {
     std::string deviceName;

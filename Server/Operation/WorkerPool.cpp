@@ -1,0 +1,49 @@
+#include "Operation/WorkerPool.h"
+
+namespace stillgate::server
+{
+
+WorkerPool::WorkerPool(int workers, const std::string& database)
+{
+    Database{database}.migrate();
+    for (int worker = 0; worker < workers; ++worker)
+        m_threads.emplace_back([this, database] { run(database); });
+}
+
+WorkerPool::~WorkerPool()
+{
+    {
+        const std::scoped_lock lock{m_mutex};
+        m_isStopping = true;
+    }
+    m_hasChanged.notify_all();
+}
+
+bool WorkerPool::post(Work work)
+{
+    {
+        const std::scoped_lock lock{m_mutex};
+        if (m_queue.size() >= longestQueue)
+            return false;
+        m_queue.push_back(std::move(work));
+    }
+    m_hasChanged.notify_one();
+    return true;
+}
+
+void WorkerPool::run(const std::string& location)
+{
+    Database database{location};
+    for (;;) {
+        std::unique_lock lock{m_mutex};
+        m_hasChanged.wait(lock, [this] { return m_isStopping || !m_queue.empty(); });
+        if (m_isStopping)
+            return;
+        const auto work = std::move(m_queue.front());
+        m_queue.pop_front();
+        lock.unlock();
+        work(database);
+    }
+}
+
+} // namespace stillgate::server
