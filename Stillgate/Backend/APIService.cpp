@@ -1,7 +1,7 @@
 #include "Backend/APIService.h"
 
-#include "Models/APIBodies.h"
 #include "Backend/RequestPath.h"
+#include "Models/APIBodies.h"
 
 namespace stillgate
 {

@@ -1,5 +1,6 @@
 #include "Backend/RequestPipeline.h"
 
+#include "Models/APIBodies.h"
 #include "Models/Session.h"
 
 #include <QUrl>
@@ -12,13 +13,6 @@ namespace stillgate
 namespace
 {
 
-struct RefreshBody
-{
-    std::string refreshToken;
-
-    STILLGATE_RECORD(RefreshBody, refreshToken);
-};
-
 bool isSuccess(const HTTPResponse& response)
 {
     return response.status >= 200 && response.status <= 299;
@@ -29,6 +23,11 @@ bool isJSON(const HTTPResponse& response)
 {
     auto type = QByteArray::fromStdString(response.contentType.value_or("application/json"));
     return type.toLower().contains("application/json");
+}
+
+std::string bearer(std::string_view token)
+{
+    return "Bearer " + std::string{token};
 }
 
 std::string messageOf(const HTTPResponse& response)
@@ -52,6 +51,7 @@ Task<Result<void>> RequestPipeline::perform(Call call, Take take)
     const auto request = build(call);
     if (!request)
         co_return std::unexpected{request.error()};
+    const auto session = m_tokens.endedSessions();
     const auto response = co_await m_transport.send(*request, call.token);
     if (!response)
         co_return std::unexpected{response.error()};
@@ -62,15 +62,19 @@ Task<Result<void>> RequestPipeline::perform(Call call, Take take)
     const bool canBeRepaired =
         response->status == 401 && call.authentication == Authentication::bearer && m_tokens.refresh().has_value();
     if (canBeRepaired)
-        co_return co_await repair(*request, call.token, std::move(take));
+        co_return co_await repair(*request, session, call.token, std::move(take));
     co_return failure(APIError::server(response->status, messageOf(*response)));
 }
 
 /// One refresh and one retry, which is not repaired again.
-Task<Result<void>> RequestPipeline::repair(HTTPRequest request, CancellationToken token, Take take)
+Task<Result<void>> RequestPipeline::repair(
+    HTTPRequest request, std::uint64_t session, CancellationToken token, Take take)
 {
-    const auto refreshed = co_await refreshAccessToken();
-    if (refreshed) {
+    Result<void> refreshed;
+    if (carriesCurrentToken(request))
+        refreshed = co_await refreshAccessToken();
+    const bool isAnothersSession = m_tokens.endedSessions() != session && m_tokens.access();
+    if (refreshed && !isAnothersSession) {
         authorize(request);
         const auto response = co_await m_transport.send(std::move(request), token);
         if (response && isSuccess(*response) && take(response->body))
@@ -78,7 +82,8 @@ Task<Result<void>> RequestPipeline::repair(HTTPRequest request, CancellationToke
         if (token.isCancelled()) // says nothing about the session
             co_return failure(APIError::transport("Operation canceled"));
     }
-    m_tokens.clear();
+    if (m_tokens.endedSessions() == session)
+        m_tokens.clear();
     co_return failure(APIError::unauthorized());
 }
 
@@ -101,12 +106,15 @@ Task<Result<void>> RequestPipeline::refreshOnce()
         m_tokens.clear();
         co_return failure(APIError::unauthorized());
     }
+    const auto session = m_tokens.endedSessions();
     const auto pair = co_await request<TokenRefreshResponse>({
         .method = "POST",
         .path = "/auth/refresh",
-        .body = encoded(RefreshBody{std::string{*refreshToken}}),
+        .body = encoded(RefreshTokenBody{std::string{*refreshToken}}),
         .authentication = Authentication::none,
     });
+    if (m_tokens.endedSessions() != session) // signed out meanwhile: a pair that still comes is nobody's
+        co_return failure(APIError::unauthorized());
     if (!pair) {
         m_tokens.clear();
         m_notifications.post(sgForceLogout);
@@ -134,6 +142,15 @@ Result<HTTPRequest> RequestPipeline::build(const Call& call) const
     return request;
 }
 
+bool RequestPipeline::carriesCurrentToken(const HTTPRequest& request) const
+{
+    const auto access = m_tokens.access();
+    if (!access)
+        return true;
+    const std::pair<std::string, std::string> current{"Authorization", bearer(*access)};
+    return std::ranges::find(request.headers, current) != request.headers.end();
+}
+
 /// The token that is current now; without one, the header stays as it is.
 void RequestPipeline::authorize(HTTPRequest& request) const
 {
@@ -141,7 +158,7 @@ void RequestPipeline::authorize(HTTPRequest& request) const
     if (!access)
         return;
     std::erase_if(request.headers, [](const auto& header) { return header.first == "Authorization"; });
-    request.headers.emplace_back("Authorization", "Bearer " + std::string{*access});
+    request.headers.emplace_back("Authorization", bearer(*access));
 }
 
 } // namespace stillgate

@@ -19,7 +19,7 @@ namespace stillgate
 /// expired session with one refresh and one retry.
 ///
 /// However many requests notice at once that the access token has expired, one refresh goes out; the others wait for
-/// it. What can't be repaired wipes the session.
+/// it, and who comes late takes what it brought. What can't be repaired wipes the session, if it is still the same one.
 class RequestPipeline
 {
 public:
@@ -69,10 +69,12 @@ private:
     using Take = std::function<Result<void>(const std::string& body)>;
 
     [[nodiscard]] Task<Result<void>> perform(Call call, Take take);
-    [[nodiscard]] Task<Result<void>> repair(HTTPRequest request, CancellationToken token, Take take);
+    [[nodiscard]] Task<Result<void>> repair(
+        HTTPRequest request, std::uint64_t session, CancellationToken token, Take take);
     [[nodiscard]] Task<Result<void>> refreshAccessToken();
     [[nodiscard]] Task<Result<void>> refreshOnce();
     [[nodiscard]] Result<HTTPRequest> build(const Call& call) const;
+    [[nodiscard]] bool carriesCurrentToken(const HTTPRequest& request) const;
     void authorize(HTTPRequest& request) const;
 
     std::string m_baseURL;

@@ -39,6 +39,7 @@ void SessionTokens::load()
 
 void SessionTokens::clear()
 {
+    ++m_endedSessions;
     zeroize();
     m_store.remove(accessKey);
     m_store.remove(refreshKey);

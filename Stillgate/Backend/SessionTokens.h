@@ -3,6 +3,7 @@
 #include "Backend/KeychainService.h"
 #include "Backend/SecretBytes.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace stillgate
@@ -21,8 +22,11 @@ public:
     /// From the store; a token that isn't there leaves the one in memory as it is.
     void load();
 
-    /// Wipes memory and store.
+    /// Wipes memory and store: the end of a session.
     void clear();
+
+    /// How many sessions have ended. What was begun in an earlier one has no say in a later one.
+    [[nodiscard]] std::uint64_t endedSessions() const { return m_endedSessions; }
 
     /// Valid until the next change.
     [[nodiscard]] std::optional<std::string_view> access() const;
@@ -34,6 +38,7 @@ private:
     KeychainService& m_store;
     std::optional<SecretBytes> m_access;
     std::optional<SecretBytes> m_refresh;
+    std::uint64_t m_endedSessions = 0;
 };
 
 } // namespace stillgate

@@ -84,10 +84,12 @@ protected:
         m_backend.appConfig = AppConfig{};
     }
 
+    virtual Backend& backend() { return m_backend; }
+
     AppState& state()
     {
         if (!m_state)
-            m_state.emplace(AppServices{m_backend, m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files,
+            m_state.emplace(AppServices{backend(), m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files,
                 m_log, m_notifications, m_time, m_defaults});
         return *m_state;
     }

@@ -157,6 +157,42 @@ TEST_F(Service, expiredSessionIsRepairedByOneRefreshHoweverManyNotice)
     EXPECT_EQ(m_server.requests.size(), 22U) << "a later call goes out with the new token";
 }
 
+TEST_F(Service, answerOf401ThatComesLateNeedsNoRefreshOfItsOwn)
+{
+    expireTheOldToken();
+    m_server.held = std::make_shared<OneShotEvent>();
+    Awaited late{m_service.getStreak({})};
+    const auto late401 = std::exchange(m_server.held, nullptr);
+    EXPECT_TRUE(getStreak());
+    late401->happen();
+    EXPECT_TRUE(late.result());
+    EXPECT_EQ(m_server.count("POST", "/auth/refresh"), 1);
+}
+
+TEST_F(Service, signOutDuringARefreshIsTheLastWord)
+{
+    for (const bool isRefused : {false, true}) {
+        for (const bool somebodyElseSignsIn : {false, true}) {
+            expireTheOldToken();
+            if (isRefused)
+                m_server.answer("POST /auth/refresh", FakeTransport::json(401, "{}"));
+            m_service.setTokens("old", "refresh");
+            m_server.held = std::make_shared<OneShotEvent>();
+            Awaited call{m_service.getStreak({})};
+            std::exchange(m_server.held, std::make_shared<OneShotEvent>())->happen(); // the 401; the refresh waits
+            m_service.clearTokens();
+            if (somebodyElseSignsIn)
+                m_service.setTokens("new", "theirs");
+            m_server.requests.clear();
+            std::exchange(m_server.held, nullptr)->happen();
+            EXPECT_EQ(failureOf(call.result()), "Session expired");
+            EXPECT_TRUE(m_server.requests.empty()) << "nothing is done in another's name";
+            EXPECT_EQ(hasSession(), somebodyElseSignsIn);
+            EXPECT_EQ(m_forcedLogouts, 0);
+        }
+    }
+}
+
 TEST_F(Service, failedRefreshEndsTheSessionOnce)
 {
     expireTheOldToken();

@@ -1,4 +1,4 @@
-#include "tests/unit/AppStateFixture.h"
+#include "tests/support/AppStateFixture.h"
 
 namespace stillgate
 {
