@@ -3,6 +3,7 @@
 #include "Platform/OneShotEvent.h"
 
 #include <QIODevice>
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSslCertificate>
 #include <QSslConfiguration>
@@ -19,6 +20,7 @@ namespace
 
 constexpr auto longestSilence = 30s;
 constexpr auto longestExchange = 60s;
+constexpr qint64 largestAnswer = 64 << 20;
 
 /// A body that can be read once. QNetworkAccessManager repeats a request whose connection closes without an answer,
 /// also one that changes something on the server; it can't repeat what it can't read again.
@@ -63,7 +65,8 @@ QNetworkRequest qtRequest(const HTTPRequest& request)
     result.setRawHeader("Accept", "application/json");
     for (const auto& [name, value] : request.headers)
         result.setRawHeader(qtBytes(name), qtBytes(value));
-    result.setRawHeader("Connection", "close"); // a kept connection may close under the next request
+    result.setRawHeader("Connection", "close");         // a kept connection may close under the next request
+    result.setRawHeader("Accept-Encoding", "identity"); // Qt would unpack, and call a broken archive a success
     result.setHeader(QNetworkRequest::UserAgentHeader, "Stillgate");
     result.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
@@ -99,11 +102,12 @@ QNetworkReply* start(QNetworkAccessManager& network, const HTTPRequest& request)
     return reply;
 }
 
-/// Errors below 200 are the connection's; an HTTP status that is no success counts as one above.
-bool hasNetworkError(const QNetworkReply& reply)
+/// Errors below 200 are the connection's; from there on, an HTTP status of 400 or more counts as one too.
+bool hasNetworkError(const QNetworkReply& reply, int status)
 {
     constexpr int firstContentError = QNetworkReply::ContentAccessDenied;
-    return reply.error() != QNetworkReply::NoError && reply.error() < firstContentError;
+    const bool isOnlyTheStatus = status >= 400 && reply.error() >= firstContentError;
+    return reply.error() != QNetworkReply::NoError && !isOnlyTheStatus;
 }
 
 std::vector<std::string> sentCertificates(const QNetworkReply& reply)
@@ -122,15 +126,26 @@ HTTPResponse responseOf(QNetworkReply& reply, int status)
     return response;
 }
 
-/// The coroutine ends within the reply's own signal: the sender has to outlive that.
-struct DisconnectAndDeleteLater
+/// A request on its way, with a manager of its own. Requests of one manager queue for six connections, and one that
+/// meets a connection at its end is moved to another, which a body that can be read once doesn't survive.
+class Exchange
 {
-    void operator()(QNetworkReply* reply) const
-    {
-        reply->disconnect();
-        reply->abort();
-        reply->deleteLater();
-    }
+public:
+    explicit Exchange(const HTTPRequest& request)
+        : m_reply(start(*m_manager, request))
+    {}
+
+    /// The coroutine ends within the reply's own signal: the sender has to outlive that.
+    ~Exchange() { m_manager->deleteLater(); }
+
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    [[nodiscard]] QNetworkReply* reply() const { return m_reply; }
+
+private:
+    QNetworkAccessManager* m_manager = new QNetworkAccessManager;
+    QNetworkReply* m_reply; ///< the manager's
 };
 
 } // namespace
@@ -147,39 +162,51 @@ Task<Result<HTTPResponse>> SecureSession::send(HTTPRequest request, Cancellation
 {
     if (token.isCancelled())
         co_return failure(APIError::transport("Operation canceled"));
-    const std::unique_ptr<QNetworkReply, DisconnectAndDeleteLater> reply{start(m_network, request)};
+    const Exchange exchange{request};
+    auto* const reply = exchange.reply();
 
     OneShotEvent ended;
-    bool isAccepted = false;
-    QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(), [&, sender = reply.get()] {
-        isAccepted = accepts(*sender);
-        if (isAccepted)
-            sender->ignoreSslErrors();
+    auto verdict = Verdict::untrusted;
+    bool isTooLarge = false;
+    const QObject listener; // without it, nothing calls into what is above
+    QObject::connect(reply, &QNetworkReply::sslErrors, &listener, [&, reply] {
+        verdict = judge(*reply);
+        if (verdict == Verdict::accepted)
+            reply->ignoreSslErrors();
     });
-    QObject::connect(reply.get(), &QNetworkReply::finished, reply.get(), [&ended] { ended.happen(); });
-    const auto onCancel = token.onCancel([sender = reply.get()] { sender->abort(); });
-    const auto tooLate = m_scheduler.once(longestExchange, [sender = reply.get()] { sender->abort(); });
+    QObject::connect(reply, &QNetworkReply::downloadProgress, &listener, [&, reply](qint64 got) {
+        isTooLarge = got > largestAnswer;
+        if (isTooLarge)
+            reply->abort();
+    });
+    QObject::connect(reply, &QNetworkReply::finished, &listener, [&ended] { ended.happen(); });
+    const auto onCancel = token.onCancel([reply] { reply->abort(); });
+    const auto tooLate = m_scheduler.once(longestExchange, [reply] { reply->abort(); });
     if (!reply->isFinished())
         co_await ended;
 
+    if (verdict == Verdict::unpinned)
+        m_notifications.post(sgCertificatePinningFailed);
+    if (isTooLarge)
+        co_return failure(APIError::transport("The answer is too large"));
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (!isAccepted || status == 0 || hasNetworkError(*reply))
+    if (verdict != Verdict::accepted || status == 0 || hasNetworkError(*reply, status))
         co_return failure(APIError::transport(reply->errorString().toStdString()));
     co_return responseOf(*reply, status);
 }
 
-bool SecureSession::accepts(QNetworkReply& reply)
+SecureSession::Verdict SecureSession::judge(const QNetworkReply& reply)
 {
     const auto chain = m_trust.evaluate(sentCertificates(reply), reply.url().host().toStdString());
     if (!chain) {
         m_log.write("[Stillgate] TLS trust evaluation failed: " + chain.error());
-        return false;
+        return Verdict::untrusted;
     }
     if (!carriesAPin(*chain)) {
-        refusePin();
-        return false;
+        m_log.write("[Stillgate] Certificate pin mismatch. Rejecting connection.");
+        return Verdict::unpinned;
     }
-    return true;
+    return Verdict::accepted;
 }
 
 /// A pin on any key of the chain holds, an authority's too.
@@ -189,12 +216,6 @@ bool SecureSession::carriesAPin(const std::vector<PublicKey>& chain) const
         const auto hash = PublicKeyPin::spkiHash(key);
         return hash && m_settings.pinnedHashes.contains(*hash);
     });
-}
-
-void SecureSession::refusePin()
-{
-    m_log.write("[Stillgate] Certificate pin mismatch. Rejecting connection.");
-    m_pinFailurePost = m_scheduler.once(0ms, [this] { m_notifications.post(sgCertificatePinningFailed); });
 }
 
 } // namespace stillgate

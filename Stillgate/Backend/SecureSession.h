@@ -6,8 +6,6 @@
 #include "Platform/NotificationCenter.h"
 #include "Platform/Scheduler.h"
 
-#include <QNetworkAccessManager>
-
 #include <set>
 
 class QNetworkReply;
@@ -35,17 +33,16 @@ public:
     [[nodiscard]] Task<Result<HTTPResponse>> send(HTTPRequest request, CancellationToken token) override;
 
 private:
-    [[nodiscard]] bool accepts(QNetworkReply& reply);
+    enum class Verdict { untrusted, unpinned, accepted };
+
+    [[nodiscard]] Verdict judge(const QNetworkReply& reply);
     [[nodiscard]] bool carriesAPin(const std::vector<PublicKey>& chain) const;
-    void refusePin();
 
     Settings m_settings;
     ServerTrust m_trust;
     NotificationCenter& m_notifications;
     Scheduler& m_scheduler;
     Log& m_log;
-    QNetworkAccessManager m_network;
-    std::unique_ptr<Timer> m_pinFailurePost;
 };
 
 } // namespace stillgate

@@ -6,6 +6,7 @@
 #include "tests/integration/TLSServer.h"
 #include "tests/support/Await.h"
 
+#include <QSslCertificate>
 #include <gmock/gmock.h>
 
 namespace stillgate
@@ -20,14 +21,10 @@ using testing::StartsWith;
 class Secure : public testing::Test
 {
 protected:
-    static void SetUpTestSuite() { certificates = new Certificates; }
-
-    static void TearDownTestSuite() { delete std::exchange(certificates, nullptr); }
-
     /// A session that trusts the first authority and holds these pins.
     SecureSession session(const std::set<std::string>& pins)
     {
-        return SecureSession{{pins, certificates->pem("root")}, m_notifications, m_time, m_log};
+        return SecureSession{{pins, certificates.pem("root")}, m_notifications, m_time, m_log};
     }
 
     Result<HTTPResponse> get(SecureSession& session, const std::string& url)
@@ -40,12 +37,11 @@ protected:
         const std::vector<std::string>& chain, const std::string& pinned, const std::string& host = "localhost")
     {
         m_log.lines.clear();
-        TLSServer server{certificates->chain(chain), certificates->key(chain.front())};
-        auto client = session({certificates->pin(pinned)});
+        TLSServer server{certificates.chain(chain), certificates.key(chain.front())};
+        auto client = session({certificates.pin(pinned)});
         const auto response = get(client, server.url(host));
         for (const auto& bytes : server.received)
             EXPECT_EQ(bytes.isEmpty(), !response) << "no byte of a request reaches a server that is refused";
-        m_time.advance(0ms);
         EXPECT_TRUE(response || response.error().description().starts_with("Network error: "));
         return response.has_value();
     }
@@ -53,7 +49,7 @@ protected:
     /// Whether the session was ended since the last question.
     bool wasEnded() { return std::exchange(m_pinFailures, 0) == 1; }
 
-    inline static Certificates* certificates = nullptr;
+    Certificates& certificates = Certificates::shared();
     ManualTime m_time;
     MemoryLog m_log;
     NotificationCenter m_notifications;
@@ -70,6 +66,11 @@ TEST_F(Secure, pinOnAnyKeyOfTheVerifiedChainHolds)
     EXPECT_TRUE(isAccepted({"ec", "intermediate"}, "root")) << "which the server doesn't send";
     EXPECT_TRUE(isAccepted({"of-ed25519", "ed25519"}, "root")) << "an unknown kind of key is passed over";
     EXPECT_TRUE(isAccepted({"ec", "intermediate"}, "ec", "127.0.0.1"));
+
+    const auto pin = certificates.pin("ec");
+    certificates.issue("ec", "");
+    EXPECT_TRUE(isAccepted({"ec", "intermediate"}, "ec")) << "renewed, with the same key";
+    EXPECT_EQ(certificates.pin("ec"), pin);
     EXPECT_THAT(m_log.lines, IsEmpty());
     EXPECT_FALSE(wasEnded());
 }
@@ -96,7 +97,11 @@ TEST_F(Secure, untrustedServerIsRefusedAndNoMore)
         {{"stranger", "root", "ec"}, "another authority, with ours appended"},
         {{"ec"}, "no way to the authority"},
         {{"other-name", "intermediate"}, "another host's"},
+        {{"alone"}, "its own authority"},
+        {{"expired", "intermediate"}, "no longer valid"},
     };
+
+    certificates.issue("expired", "openssl ecparam -name prime256v1 -genkey -noout", -1);
 
     for (const auto& [chain, why] : cases) {
         EXPECT_FALSE(isAccepted(chain, chain.front())) << why;
@@ -105,10 +110,27 @@ TEST_F(Secure, untrustedServerIsRefusedAndNoMore)
     }
 }
 
+TEST_F(Secure, pinOfEveryKindOfKeyIsWhatOpensslComputes)
+{
+    certificates.issue("rsa4096", "openssl genrsa 4096");
+    certificates.issue("p521", "openssl ecparam -name secp521r1 -genkey -noout");
+    const ServerTrust trust{certificates.pem("root")};
+    for (const auto* name : {"rsa", "rsa4096", "ec", "p384", "p521"}) {
+        std::vector<std::string> sent;
+        for (const auto& certificate :
+            QSslCertificate::fromData(QByteArray::fromStdString(certificates.chain({name, "intermediate"}))))
+            sent.push_back(certificate.toDer().toStdString());
+        const auto keys = trust.evaluate(sent, "localhost");
+        ASSERT_TRUE(keys) << name << ": " << keys.error();
+        ASSERT_EQ(keys->size(), 3U);
+        EXPECT_EQ(PublicKeyPin::spkiHash(keys->front()), certificates.pin(name)) << name;
+    }
+}
+
 TEST_F(Secure, answersComeBackAsTheyAre)
 {
-    TLSServer server{certificates->chain({"ec", "intermediate"}), certificates->key("ec")};
-    auto client = session({certificates->pin("ec")});
+    TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
+    auto client = session({certificates.pin("ec")});
     server.answer = "HTTP/1.1 418 No\r\nContent-Type: text/plain\r\nSet-Cookie: a=b\r\nContent-Length: 3\r\n\r\na\xff"
                     "b";
     const auto refused = get(client, server.url());
@@ -133,8 +155,8 @@ TEST_F(Secure, requestGoesOutOnceWhateverTheServerDoes)
 {
     for (const auto* answer : {"", "HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n{}"}) {
         for (const auto& body : {std::optional<std::string>{R"({"a":1})"}, std::optional<std::string>{}}) {
-            TLSServer server{certificates->chain({"ec", "intermediate"}), certificates->key("ec")};
-            auto client = session({certificates->pin("ec")});
+            TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
+            auto client = session({certificates.pin("ec")});
             EXPECT_TRUE(await(client.send({"POST", server.url(), {}, body}, {})));
             EXPECT_TRUE(server.received.back().endsWith(QByteArray::fromStdString("\r\n\r\n" + body.value_or(""))));
 
@@ -147,10 +169,10 @@ TEST_F(Secure, requestGoesOutOnceWhateverTheServerDoes)
 
 TEST_F(Secure, hangingServerIsGivenUpAfterAMinuteOrOnCancellation)
 {
-    TLSServer server{certificates->chain({"ec", "intermediate"}), certificates->key("ec")};
+    TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
     server.answer = "";
-    server.closesAfterwards = false;
-    auto client = session({certificates->pin("ec")});
+    server.then = TLSServer::Then::stay;
+    auto client = session({certificates.pin("ec")});
     const auto hasArrived = [&] { return !server.received.empty() && !server.received.back().isEmpty(); };
     const auto wait = [&] {
         while (!hasArrived())
@@ -175,7 +197,7 @@ TEST_F(Secure, hangingServerIsGivenUpAfterAMinuteOrOnCancellation)
 
 TEST_F(Secure, serverThatIsNotThereIsANetworkError)
 {
-    auto client = session({certificates->pin("ec")});
+    auto client = session({certificates.pin("ec")});
     EXPECT_TRUE(get(client, "https://127.0.0.1:1/v1").error().description().starts_with("Network error: "));
     EXPECT_FALSE(get(client, "http://127.0.0.1:1/v1")) << "and nothing is ever sent in the clear";
 }

@@ -7,6 +7,9 @@
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sys/socket.h>
+
 namespace stillgate::test
 {
 
@@ -24,6 +27,12 @@ std::string shellIn(const std::filesystem::path& folder, const std::string& scri
 }
 
 } // namespace
+
+Certificates& Certificates::shared()
+{
+    static Certificates certificates;
+    return certificates;
+}
 
 Certificates::Certificates()
 {
@@ -54,6 +63,18 @@ Certificates::Certificates()
         for name in ec p384 rsa; do issue $name intermediate "$local"; done
         issue other-name intermediate 'subjectAltName=DNS:elsewhere.test\n'
         issue stranger other-root "$local"
+        openssl ecparam -name prime256v1 -genkey -noout -out alone.key
+        openssl req -x509 -new -key alone.key -subj "/CN=alone" -addext "${local%%\\n}" -days 2 -out alone.pem
+    )");
+}
+
+void Certificates::issue(const std::string& name, const std::string& keyCommand, int days)
+{
+    shellIn(m_folder.path(),
+        "name=" + name + "; days=" + std::to_string(days) + "\n[ -f $name.key ] || " + keyCommand + R"( >$name.key
+        openssl req -new -key $name.key -subj /CN=$name -out $name.csr
+        openssl x509 -req -in $name.csr -CA intermediate.pem -CAkey intermediate.key -CAcreateserial -days $days \
+            -out $name.pem -extfile <(echo subjectAltName=DNS:localhost,IP:127.0.0.1)
     )");
 }
 
@@ -89,9 +110,29 @@ TLSServer::TLSServer(const std::string& chainPEM, const std::string& keyPEM)
     EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
 }
 
-std::string TLSServer::url(const std::string& host) const
+std::string httpAnswer(int status, const std::string& body, const std::string& contentType)
 {
-    return "https://" + host + ":" + std::to_string(m_server.serverPort()) + "/v1/thing";
+    return "HTTP/1.1 " + std::to_string(status) + " Words\r\nContent-Type: " + contentType +
+        "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string TLSServer::baseURL(const std::string& host) const
+{
+    return "https://" + host + ":" + std::to_string(m_server.serverPort()) + "/v1";
+}
+
+std::ptrdiff_t TLSServer::count(const std::string& request) const
+{
+    const auto firstLine = QByteArray::fromStdString(request + " HTTP/1.1\r\n");
+    return std::ranges::count_if(received, [&](const auto& bytes) { return bytes.startsWith(firstLine); });
+}
+
+void TLSServer::answerHeldWith(const std::string& bytes)
+{
+    for (const auto& connection : std::exchange(held, {})) {
+        if (connection)
+            write(connection, bytes);
+    }
 }
 
 void TLSServer::serve(QTcpSocket* connection)
@@ -106,12 +147,26 @@ void TLSServer::serve(QTcpSocket* connection)
         const auto length = lengthAt < 0 ? 0 : bytes.mid(lengthAt + 16).split('\r').front().toInt();
         if (head < 0 || bytes.size() < head + 4 + length)
             return;
-        connection->write(answer.data(), static_cast<qint64>(answer.size()));
-        if (closesAfterwards)
-            connection->disconnectFromHost();
+        if (const auto reply = respond ? respond(bytes) : answer)
+            write(connection, *reply);
+        else
+            held.emplace_back(connection);
     };
     QObject::connect(connection, &QTcpSocket::readyRead, connection, read);
     read();
+}
+
+void TLSServer::write(QTcpSocket* connection, const std::string& bytes) const
+{
+    connection->write(bytes.data(), static_cast<qint64>(bytes.size()));
+    if (then == Then::close)
+        connection->disconnectFromHost();
+    if (then != Then::reset)
+        return;
+    connection->flush();
+    const linger none{.l_onoff = 1, .l_linger = 0}; // the kernel then resets, see socket(7)
+    ::setsockopt(static_cast<int>(connection->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none, sizeof none);
+    connection->abort();
 }
 
 } // namespace stillgate::test
