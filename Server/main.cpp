@@ -1,16 +1,14 @@
 #include "Operation/Commands.h"
 #include "Platform/Linux/LinuxClock.h"
 #include "Platform/Linux/StandardErrorLog.h"
-
 #include "ServerVersion.h"
 
 #include <QCoreApplication>
 
-#include <sodium.h>
-#include <sys/stat.h>
-
 #include <csignal>
 #include <iostream>
+#include <sodium.h>
+#include <sys/stat.h>
 
 int main(int argc, char** argv)
 {

@@ -19,7 +19,10 @@ std::vector<std::string_view> segmentsOf(std::string_view path)
     return segments;
 }
 
-bool isArgument(std::string_view segment) { return segment.starts_with('{'); }
+bool isArgument(std::string_view segment)
+{
+    return segment.starts_with('{');
+}
 
 /// The values of the pattern's arguments, if the path fits it.
 std::optional<std::map<std::string, std::string>> argumentsOf(

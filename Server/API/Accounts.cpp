@@ -8,7 +8,10 @@ namespace stillgate::server
 namespace
 {
 
-Response me(Call& call) { return jsonAnswer(userById(call.database, call.account.userId)); }
+Response me(Call& call)
+{
+    return jsonAnswer(userById(call.database, call.account.userId));
+}
 
 Response exportEverything(Call& call)
 {

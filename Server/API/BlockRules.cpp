@@ -12,7 +12,10 @@ std::vector<BlockRule> blockRulesOf(Database& database, const std::string& userI
 namespace
 {
 
-Response list(Call& call) { return jsonAnswer(blockRulesOf(call.database, call.account.userId)); }
+Response list(Call& call)
+{
+    return jsonAnswer(blockRulesOf(call.database, call.account.userId));
+}
 
 /// The user's own rules and their guardians', as far as they are in force.
 Response effective(Call& call)
@@ -46,8 +49,7 @@ Response create(Call& call)
         "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
         rule.id, call.account.userId, rule.category, rule.customName, rule.enabled, rule.customDomains,
         rule.excludedDomains, rule.customApps, rule.unblockPolicy, rule.cooldownHours, call.now, call.now);
-    return jsonAnswer(
-        call.database.first<BlockRule>("SELECT * FROM block_rules WHERE id = ?", rule.id).value(), 201);
+    return jsonAnswer(call.database.first<BlockRule>("SELECT * FROM block_rules WHERE id = ?", rule.id).value(), 201);
 }
 
 Response remove(Call& call)

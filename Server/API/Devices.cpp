@@ -20,15 +20,18 @@ constexpr auto selectDevices = "SELECT devices.*, CASE WHEN EXISTS (SELECT 1 FRO
 
 std::vector<SGDevice> devicesOf(Database& database, const Account& account)
 {
-    return database.all<SGDevice>(std::string{selectDevices}
-                                      + "WHERE user_id = ? ORDER BY CASE WHEN id = ? THEN 0 ELSE 1 END, created_at, id",
+    return database.all<SGDevice>(
+        std::string{selectDevices} + "WHERE user_id = ? ORDER BY CASE WHEN id = ? THEN 0 ELSE 1 END, created_at, id",
         account.userId, account.deviceId);
 }
 
 namespace
 {
 
-Response list(Call& call) { return jsonAnswer(devicesOf(call.database, call.account)); }
+Response list(Call& call)
+{
+    return jsonAnswer(devicesOf(call.database, call.account));
+}
 
 /// Names the device that the sign-in was made for.
 Response registerDevice(Call& call)
@@ -59,8 +62,7 @@ Response heartbeat(Call& call)
 
 Response streak(Call& call)
 {
-    return jsonAnswer(
-        streakOf(call.database, call.account.userId, dayOf(call.now, call.account.timeZone)));
+    return jsonAnswer(streakOf(call.database, call.account.userId, dayOf(call.now, call.account.timeZone)));
 }
 
 } // namespace

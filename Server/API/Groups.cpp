@@ -1,9 +1,10 @@
+#include "Models/Groups.h"
+
 #include "API/Route.h"
 #include "Family/Budget.h"
 #include "Family/Connections.h"
 #include "Family/Days.h"
 #include "Family/Streaks.h"
-#include "Models/Groups.h"
 
 #include <algorithm>
 
@@ -24,11 +25,11 @@ std::vector<GroupMember> membersOf(Call& call, const std::string& groupId)
 /// Own rules and guardians' rules that are in force.
 std::int64_t activeRulesOf(Database& database, const std::string& userId)
 {
-    return database.number("SELECT COUNT(*) FROM block_rules WHERE user_id = ? AND enabled = 1", userId)
-           + database.number("SELECT COUNT(*) FROM guardian_rules JOIN connections "
-                             "ON connections.id = guardian_rules.connection_id "
-                             "WHERE connections.controlled_user_id = ? AND guardian_rules.enabled = 1",
-               userId);
+    return database.number("SELECT COUNT(*) FROM block_rules WHERE user_id = ? AND enabled = 1", userId) +
+        database.number("SELECT COUNT(*) FROM guardian_rules JOIN connections "
+                        "ON connections.id = guardian_rules.connection_id "
+                        "WHERE connections.controlled_user_id = ? AND guardian_rules.enabled = 1",
+            userId);
 }
 
 Response dashboard(Call& call)
@@ -67,7 +68,9 @@ Response board(Call& call, Fill fill, Value value, bool moreIsBetter)
         fill(entry, member, dayOf(call.now, member.timeZone));
         entries.push_back(std::move(entry));
     }
-    const auto score = [&](const LeaderboardEntry& entry) { return (entry.*value).value_or(0) * (moreIsBetter ? -1 : 1); };
+    const auto score = [&](const LeaderboardEntry& entry) {
+        return (entry.*value).value_or(0) * (moreIsBetter ? -1 : 1);
+    };
     std::ranges::sort(entries, {}, [&](const auto& entry) { return std::pair{score(entry), entry.displayName}; });
     for (std::size_t place = 0; place < entries.size(); ++place) {
         const bool isLevel = place > 0 && score(entries[place]) == score(entries[place - 1]);

@@ -44,8 +44,8 @@ Response createRule(Call& call)
         "created_at, updated_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
         id, connection.id, body.category, body.customName, body.enabled, body.customDomains, body.customApps, call.now,
         call.now);
-    ActivityFeed{call.database}.add(connection.id, call.account.userId, "rule_added",
-        detailsOf(body.customName, body.category), call.now);
+    ActivityFeed{call.database}.add(
+        connection.id, call.account.userId, "rule_added", detailsOf(body.customName, body.category), call.now);
     return jsonAnswer(ruleOf(call, id), 201);
 }
 
@@ -72,8 +72,8 @@ Response deleteRule(Call& call)
 {
     const auto rule = ruleOf(call, call.argument("id"));
     call.database.execute("DELETE FROM guardian_rules WHERE id = ?", rule.id);
-    ActivityFeed{call.database}.add(rule.connectionId, call.account.userId, "rule_removed",
-        detailsOf(rule.customName, rule.category), call.now);
+    ActivityFeed{call.database}.add(
+        rule.connectionId, call.account.userId, "rule_removed", detailsOf(rule.customName, rule.category), call.now);
     return acknowledgement();
 }
 
@@ -100,8 +100,7 @@ Response updateSettings(Call& call)
                           "block_illustration_key = ? WHERE id = ?",
         mode, message, illustration, before.id);
     if (mode != before.flexibilityMode)
-        ActivityFeed{call.database}.add(
-            before.id, call.account.userId, "mode_changed", {{"mode", *mode}}, call.now);
+        ActivityFeed{call.database}.add(before.id, call.account.userId, "mode_changed", {{"mode", *mode}}, call.now);
     return jsonAnswer(guardedConnection(call.database, call.account.userId, before.id));
 }
 
@@ -137,8 +136,8 @@ Response reportTampering(Call& call)
 {
     const auto report = call.body<TamperingBody>();
     const bool isBypass = report.eventType == "bypass_attempt";
-    require(isBypass || report.eventType == "app_deletion_attempt",
-        "eventType: bypass_attempt or app_deletion_attempt");
+    require(
+        isBypass || report.eventType == "app_deletion_attempt", "eventType: bypass_attempt or app_deletion_attempt");
     const auto& userId = call.account.userId;
     if (isBypass)
         recordBypass(call.database, userId, dayOf(call.now, call.account.timeZone));

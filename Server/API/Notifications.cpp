@@ -13,9 +13,8 @@ Response registerToken(Call& call)
     require(!body.token.empty() && body.token.size() <= 4096, "token: 1 to 4096 bytes");
     require(!body.platform.empty() && body.platform.size() <= 50, "platform: 1 to 50 bytes");
     const auto deviceId = body.deviceId.value_or(call.account.deviceId);
-    const bool isOwn = call.database.number(
-                           "SELECT COUNT(*) FROM devices WHERE id = ? AND user_id = ?", deviceId, call.account.userId)
-                       > 0;
+    const bool isOwn = call.database.number("SELECT COUNT(*) FROM devices WHERE id = ? AND user_id = ?", deviceId,
+                           call.account.userId) > 0;
     if (!isOwn)
         throw notFound();
     call.database.execute(
@@ -37,9 +36,9 @@ constexpr NotificationPreferences allOn{.blockAlerts = true,
 Response preferences(Call& call)
 {
     return jsonAnswer(call.database
-                          .first<NotificationPreferences>(
-                              "SELECT * FROM notification_preferences WHERE user_id = ?", call.account.userId)
-                          .value_or(allOn));
+            .first<NotificationPreferences>(
+                "SELECT * FROM notification_preferences WHERE user_id = ?", call.account.userId)
+            .value_or(allOn));
 }
 
 Response updatePreferences(Call& call)

@@ -3,9 +3,8 @@
 #include "Accounts/SignIns.h"
 #include "HTTP/JSONAnswer.h"
 #include "HTTP/Message.h"
-#include "Texts/Texts.h"
-
 #include "Models/APIBodies.h"
+#include "Texts/Texts.h"
 
 #include <functional>
 #include <map>

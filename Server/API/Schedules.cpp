@@ -22,7 +22,10 @@ std::string idFor(Database& database, const std::string& table, const std::strin
 namespace
 {
 
-Response list(Call& call) { return jsonAnswer(schedulesOf(call.database, call.account.userId)); }
+Response list(Call& call)
+{
+    return jsonAnswer(schedulesOf(call.database, call.account.userId));
+}
 
 Response create(Call& call)
 {

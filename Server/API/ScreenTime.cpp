@@ -13,7 +13,10 @@ namespace
 constexpr std::int64_t minutesOfADay = 24 * 60;
 constexpr int oldestReport = 31; ///< days: a device that was offline for a holiday still tells what it counted
 
-bool areMinutes(std::int64_t minutes) { return minutes >= 0 && minutes <= minutesOfADay; }
+bool areMinutes(std::int64_t minutes)
+{
+    return minutes >= 0 && minutes <= minutesOfADay;
+}
 
 Response budget(Call& call)
 {
@@ -37,7 +40,8 @@ Response storeDay(Call& call)
     const auto day = call.body<DailyScreenTime>();
     const auto today = dayOf(call.now, call.account.timeZone);
     require(isDay(day.date), "date: YYYY-MM-DD");
-    require(day.date >= dayAfter(today, -oldestReport) && day.date <= dayAfter(today, 1), "date: too long ago, or ahead");
+    require(
+        day.date >= dayAfter(today, -oldestReport) && day.date <= dayAfter(today, 1), "date: too long ago, or ahead");
     require(areMinutes(day.totalMinutes), "totalMinutes: 0 to 1440");
     call.database.execute(
         "INSERT INTO daily_screen_time (user_id, device_id, date, total_minutes, pickup_count, app_usage, "
@@ -111,8 +115,7 @@ Response report(Call& call)
     const auto length = lengths.find(period);
     require(length != lengths.end(), "period: day, week or month");
     const auto today = dayOf(call.now, call.account.timeZone);
-    ScreenTimeReport answer{
-        .period = period, .startDate = dayAfter(today, 1 - length->second), .endDate = today};
+    ScreenTimeReport answer{.period = period, .startDate = dayAfter(today, 1 - length->second), .endDate = today};
     answer.days = daysSince(call.database, call.account.userId, answer.startDate);
     for (const auto& day : answer.days) {
         answer.totalMinutes += day.totalMinutes;

@@ -15,8 +15,7 @@ Response requestDeviceCode(Call& call)
 {
     if (!Attempts{call.database, "device-code", codesPerAddress}.take({call.request.address}, call.now))
         throw Refusal{429, "Too many sign-ins were started from this address. Wait a quarter of an hour"};
-    return jsonAnswer(
-        DeviceCodes{call.database}.request(call.request.address, call.service.approvalPage, call.now));
+    return jsonAnswer(DeviceCodes{call.database}.request(call.request.address, call.service.approvalPage, call.now));
 }
 
 Response pollDeviceCode(Call& call)
@@ -35,7 +34,10 @@ Response refresh(Call& call)
     return jsonAnswer(*pair);
 }
 
-Response appConfig(Call& call) { return jsonAnswer(call.service.appConfig.current()); }
+Response appConfig(Call& call)
+{
+    return jsonAnswer(call.service.appConfig.current());
+}
 
 } // namespace
 

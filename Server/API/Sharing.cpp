@@ -55,7 +55,10 @@ Response link(Call& call)
     return jsonAnswer(LinkCodeResponse{.connection = *connection}, 201);
 }
 
-Response listConnections(Call& call) { return jsonAnswer(connectionsOf(call.database, call.account.userId)); }
+Response listConnections(Call& call)
+{
+    return jsonAnswer(connectionsOf(call.database, call.account.userId));
+}
 
 Response disconnect(Call& call)
 {

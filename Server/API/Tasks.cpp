@@ -42,9 +42,9 @@ SGTask taskOf(Call& call)
 {
     auto task = call.database.first<SGTask>(selectTasks + "WHERE tasks.id = ?", call.argument("id"));
     const auto& userId = call.account.userId;
-    if (!task
-        || (task->assigneeId != userId && task->assignerId != userId
-            && !isGuardianOf(call.database, userId, task->assigneeId)))
+    if (!task ||
+        (task->assigneeId != userId && task->assignerId != userId &&
+            !isGuardianOf(call.database, userId, task->assigneeId)))
         throw notFound();
     return *task;
 }
@@ -146,9 +146,8 @@ Response reject(Call& call)
 {
     const auto reason = call.body<RejectTaskBody>().reason;
     const auto task = taskToJudge(call);
-    call.database.execute(
-        "UPDATE tasks SET status = 'rejected', rejected_reason = ?, updated_at = ? WHERE id = ?", reason, call.now,
-        task.id);
+    call.database.execute("UPDATE tasks SET status = 'rejected', rejected_reason = ?, updated_at = ? WHERE id = ?",
+        reason, call.now, task.id);
     return tellAndAnswer(call, task, "task_rejected");
 }
 

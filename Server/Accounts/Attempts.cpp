@@ -11,8 +11,7 @@ std::optional<std::string> Attempts::take(const std::vector<std::string>& subjec
 {
     const auto isUsedUp = [&](const std::string& subject) {
         return m_database.number("SELECT COUNT(*) FROM attempts WHERE purpose = ? AND subject = ? AND made_at > ?",
-                   m_purpose, digestOf(subject), now - period)
-               >= m_limit;
+                   m_purpose, digestOf(subject), now - period) >= m_limit;
     };
     if (std::ranges::any_of(subjects, isUsedUp))
         return std::nullopt;
@@ -23,6 +22,9 @@ std::optional<std::string> Attempts::take(const std::vector<std::string>& subjec
     return id;
 }
 
-void Attempts::giveBack(const std::string& id) { m_database.execute("DELETE FROM attempts WHERE id = ?", id); }
+void Attempts::giveBack(const std::string& id)
+{
+    m_database.execute("DELETE FROM attempts WHERE id = ?", id);
+}
 
 } // namespace stillgate::server

@@ -75,8 +75,7 @@ bool DeviceCodes::decide(const std::string& userCode, const std::string& userId,
 {
     return m_database.execute("UPDATE device_codes SET status = ?, user_id = ? "
                               "WHERE user_code = ? AND status = 'pending' AND expires_at > ?",
-               isApproved ? "approved" : "denied", userId, typedCode(userCode), now)
-           > 0;
+               isApproved ? "approved" : "denied", userId, typedCode(userCode), now) > 0;
 }
 
 } // namespace stillgate::server

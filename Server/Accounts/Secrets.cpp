@@ -2,10 +2,9 @@
 
 #include <QUuid>
 
-#include <sodium.h>
-
 #include <array>
 #include <new>
+#include <sodium.h>
 #include <vector>
 
 namespace stillgate::server
@@ -18,7 +17,10 @@ constexpr std::string_view codeAlphabet = "ABCDEFGHJKMNPQRSTUVWXYZ23456789";
 constexpr std::size_t digestBytes = 32;
 using Digest = std::array<unsigned char, digestBytes>;
 
-const unsigned char* bytesOf(std::string_view text) { return reinterpret_cast<const unsigned char*>(text.data()); }
+const unsigned char* bytesOf(std::string_view text)
+{
+    return reinterpret_cast<const unsigned char*>(text.data());
+}
 
 std::string base64url(const Digest& bytes)
 {
@@ -45,7 +47,10 @@ std::string randomToken()
     return base64url(bytes);
 }
 
-std::string digestOf(std::string_view secret) { return base64url(hash(secret, {})); }
+std::string digestOf(std::string_view secret)
+{
+    return base64url(hash(secret, {}));
+}
 
 std::string derivedToken(std::string_view token, std::string_view salt, std::string_view purpose)
 {
@@ -80,7 +85,10 @@ std::string typedCode(std::string_view text)
     return code;
 }
 
-std::string newId() { return QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString(); }
+std::string newId()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString();
+}
 
 PasswordCost ordinaryPasswordCost()
 {
@@ -90,9 +98,8 @@ PasswordCost ordinaryPasswordCost()
 std::string passwordHash(const std::string& password, PasswordCost cost)
 {
     std::array<char, crypto_pwhash_STRBYTES> hash{};
-    const int failed =
-        crypto_pwhash_str_alg(hash.data(), password.data(), password.size(), cost.operations, cost.bytes,
-            crypto_pwhash_ALG_ARGON2ID13);
+    const int failed = crypto_pwhash_str_alg(
+        hash.data(), password.data(), password.size(), cost.operations, cost.bytes, crypto_pwhash_ALG_ARGON2ID13);
     if (failed != 0)
         throw std::bad_alloc{};
     return hash.data();

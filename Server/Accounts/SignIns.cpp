@@ -58,8 +58,8 @@ std::optional<Account> SignIns::accountOf(const std::string& accessToken, Date n
 
 bool SignIns::wasRotated(const std::string& digest)
 {
-    return m_database.number("SELECT COUNT(*) FROM refresh_tokens WHERE digest = ? AND rotated_at IS NOT NULL", digest)
-           > 0;
+    return m_database.number(
+               "SELECT COUNT(*) FROM refresh_tokens WHERE digest = ? AND rotated_at IS NOT NULL", digest) > 0;
 }
 
 std::expected<TokenRefreshResponse, SignIns::Refusal> SignIns::refresh(const std::string& refreshToken, Date now)

@@ -21,8 +21,8 @@ bool isEmail(const std::string& text)
     const auto domain = at == std::string::npos ? std::string{} : text.substr(at + 1);
     const bool hasForbidden =
         std::ranges::any_of(text, [](unsigned char letter) { return letter <= ' ' || letter == 0x7F; });
-    return at != 0 && !domain.empty() && domain.find('@') == std::string::npos && text.size() <= maximumText
-           && !hasForbidden;
+    return at != 0 && !domain.empty() && domain.find('@') == std::string::npos && text.size() <= maximumText &&
+        !hasForbidden;
 }
 
 } // namespace
@@ -59,8 +59,7 @@ std::expected<std::string, SignUpFault> createUser(
     if (credentialsOf(database, email))
         return std::unexpected{SignUpFault::emailTaken};
     const auto id = newId();
-    const auto timeZone =
-        isTimeZone(form.timeZone) ? form.timeZone : QTimeZone::systemTimeZoneId().toStdString();
+    const auto timeZone = isTimeZone(form.timeZone) ? form.timeZone : QTimeZone::systemTimeZoneId().toStdString();
     database.execute("INSERT INTO users (id, email, display_name, password_hash, time_zone, language, created_at) "
                      "VALUES (?, ?, ?, ?, ?, ?, ?)",
         id, email, std::string{trimmed(form.displayName)}, hash, timeZone, form.language, now);

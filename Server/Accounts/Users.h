@@ -42,7 +42,8 @@ struct Credentials
 
 [[nodiscard]] std::optional<Credentials> credentialsOf(Database& database, const std::string& email);
 
-/// Gives the account a new password, and signs it out everywhere. Gives a sentence that says what was wrong, or nothing.
+/// Gives the account a new password, and signs it out everywhere. Gives a sentence that says what was wrong, or
+/// nothing.
 [[nodiscard]] std::string replacePassword(Database& database, const std::string& email, const std::string& password);
 
 /// The account and everything of it, what others have of it included.

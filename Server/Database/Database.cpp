@@ -28,7 +28,10 @@ bool isPostgreSQLLocation(const std::string& location)
 }
 
 /// What follows the first line can hold values of the row.
-std::string firstLine(const QString& text) { return text.section('\n', 0, 0).trimmed().toStdString(); }
+std::string firstLine(const QString& text)
+{
+    return text.section('\n', 0, 0).trimmed().toStdString();
+}
 
 void describePostgreSQL(QSqlDatabase& connection, const std::string& location)
 {
@@ -68,8 +71,8 @@ QString addConnection(const std::string& location)
 DatabaseError::DatabaseError(const std::string& action, const QSqlError& error)
     : std::runtime_error(action + ": " + firstLine(error.databaseText()))
     , m_isConflict(isConflictCode(error.nativeErrorCode()))
-    , m_isLostConnection(error.type() == QSqlError::ConnectionError || error.nativeErrorCode().startsWith("57P")
-                         || error.nativeErrorCode().startsWith("08"))
+    , m_isLostConnection(error.type() == QSqlError::ConnectionError || error.nativeErrorCode().startsWith("57P") ||
+          error.nativeErrorCode().startsWith("08"))
 {}
 
 Database::Database(const std::string& location)

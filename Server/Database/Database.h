@@ -23,6 +23,7 @@ public:
 
     /// Another transaction was in the way: the same work, done anew, may well succeed.
     [[nodiscard]] bool isConflict() const { return m_isConflict; }
+
     [[nodiscard]] bool isLostConnection() const { return m_isLostConnection; }
 
 private:

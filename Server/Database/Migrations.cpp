@@ -36,8 +36,8 @@ void Database::migrate()
 {
     const QDir folder{":/stillgate-server/migrations"};
     const auto files = folder.entryList({"*.sql"}, QDir::Files, QDir::Name);
-    const auto eventNumber = isPostgreSQL() ? "BIGINT GENERATED ALWAYS AS IDENTITY PRIMARY KEY"
-                                            : "INTEGER PRIMARY KEY AUTOINCREMENT";
+    const auto eventNumber =
+        isPostgreSQL() ? "BIGINT GENERATED ALWAYS AS IDENTITY PRIMARY KEY" : "INTEGER PRIMARY KEY AUTOINCREMENT";
     inTransaction([&] {
         if (isPostgreSQL()) // two servers that start at once do it one after the other
             static_cast<void>(number("SELECT 1 FROM (SELECT pg_advisory_xact_lock(727474)) AS locked"));

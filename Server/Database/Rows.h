@@ -15,10 +15,26 @@ namespace stillgate::server
 // How values stand in columns: text and whole numbers as they are; a truth value as 0 or 1; a Date as milliseconds
 // since 1970 (BIGINT); lists, maps and records as the text of their JSON; none as NULL.
 
-inline QVariant toColumn(const std::string& value) { return QString::fromStdString(value); }
-inline QVariant toColumn(const char* value) { return QString::fromUtf8(value); }
-inline QVariant toColumn(std::int64_t value) { return QVariant::fromValue<qlonglong>(value); }
-inline QVariant toColumn(bool value) { return value ? 1 : 0; }
+inline QVariant toColumn(const std::string& value)
+{
+    return QString::fromStdString(value);
+}
+
+inline QVariant toColumn(const char* value)
+{
+    return QString::fromUtf8(value);
+}
+
+inline QVariant toColumn(std::int64_t value)
+{
+    return QVariant::fromValue<qlonglong>(value);
+}
+
+inline QVariant toColumn(bool value)
+{
+    return value ? 1 : 0;
+}
+
 inline QVariant toColumn(Date value)
 {
     return toColumn(std::int64_t{std::chrono::floor<std::chrono::milliseconds>(value).time_since_epoch().count()});
@@ -39,9 +55,21 @@ QVariant toColumn(const std::optional<T>& value)
     return value ? toColumn(*value) : QVariant{};
 }
 
-inline void fromColumn(const QVariant& column, std::string& value) { value = column.toString().toStdString(); }
-inline void fromColumn(const QVariant& column, std::int64_t& value) { value = column.toLongLong(); }
-inline void fromColumn(const QVariant& column, bool& value) { value = column.toInt() != 0; }
+inline void fromColumn(const QVariant& column, std::string& value)
+{
+    value = column.toString().toStdString();
+}
+
+inline void fromColumn(const QVariant& column, std::int64_t& value)
+{
+    value = column.toLongLong();
+}
+
+inline void fromColumn(const QVariant& column, bool& value)
+{
+    value = column.toInt() != 0;
+}
+
 inline void fromColumn(const QVariant& column, Date& value)
 {
     value = Date{std::chrono::milliseconds{column.toLongLong()}};

@@ -41,8 +41,8 @@ void ActivityFeed::add(const std::string& connectionId, const std::string& actor
 void ActivityFeed::addForGuardians(const std::string& userId, const std::string& actorId, const std::string& eventType,
     const Details& details, Date now)
 {
-    const auto connections = m_database.all<std::string>(
-        "SELECT id FROM connections WHERE controlled_user_id = ?", userId);
+    const auto connections =
+        m_database.all<std::string>("SELECT id FROM connections WHERE controlled_user_id = ?", userId);
     for (const auto& connection : connections)
         add(connection, actorId, eventType, details, now);
 }

@@ -35,8 +35,7 @@ std::int64_t tasksOf(Database& database, const std::string& userId, const std::s
 
 std::int64_t usedMinutesOn(Database& database, const std::string& userId, const std::string& day)
 {
-    return database.number(
-        "SELECT SUM(used_minutes) FROM usage_reports WHERE user_id = ? AND day = ?", userId, day);
+    return database.number("SELECT SUM(used_minutes) FROM usage_reports WHERE user_id = ? AND day = ?", userId, day);
 }
 
 ScreenTimeBudget budgetOf(Database& database, const std::string& userId, const std::string& timeZone, Date now)

@@ -17,8 +17,8 @@ std::string selectConnections(const std::string& condition)
            "CASE WHEN connections.controlled_user_id = ? THEN 'controlled' ELSE 'controller' END AS role "
            "FROM connections JOIN users AS controller ON controller.id = connections.controller_user_id "
            "JOIN users AS controlled ON controlled.id = connections.controlled_user_id "
-           "WHERE ? IN (connections.controller_user_id, connections.controlled_user_id) "
-           + condition + " ORDER BY connections.created_at, connections.id";
+           "WHERE ? IN (connections.controller_user_id, connections.controlled_user_id) " +
+        condition + " ORDER BY connections.created_at, connections.id";
 }
 
 } // namespace
@@ -31,12 +31,10 @@ std::vector<SharingConnection> connectionsOf(Database& database, const std::stri
 std::optional<SharingConnection> connectionOf(
     Database& database, const std::string& userId, const std::string& connectionId)
 {
-    return database.first<SharingConnection>(
-        selectConnections("AND connections.id = ?"), userId, userId, connectionId);
+    return database.first<SharingConnection>(selectConnections("AND connections.id = ?"), userId, userId, connectionId);
 }
 
-SharingConnection guardedConnection(
-    Database& database, const std::string& guardianId, const std::string& connectionId)
+SharingConnection guardedConnection(Database& database, const std::string& guardianId, const std::string& connectionId)
 {
     auto connection = connectionOf(database, guardianId, connectionId);
     if (!connection || connection->controllerUserId != guardianId)
@@ -46,10 +44,8 @@ SharingConnection guardedConnection(
 
 bool isGuardianOf(Database& database, const std::string& guardianId, const std::string& userId)
 {
-    return database.number(
-               "SELECT COUNT(*) FROM connections WHERE controller_user_id = ? AND controlled_user_id = ?", guardianId,
-               userId)
-           > 0;
+    return database.number("SELECT COUNT(*) FROM connections WHERE controller_user_id = ? AND controlled_user_id = ?",
+               guardianId, userId) > 0;
 }
 
 bool hasGuardian(Database& database, const std::string& userId)
@@ -82,8 +78,8 @@ std::expected<SharingConnection, LinkFault> linkWithCode(
     Database& database, const std::string& guardianId, const std::string& typedText, Date now)
 {
     const auto code = typedCode(typedText);
-    const auto owner = database.first<std::string>(
-        "SELECT user_id FROM sharing_codes WHERE code = ? AND expires_at > ?", code, now);
+    const auto owner =
+        database.first<std::string>("SELECT user_id FROM sharing_codes WHERE code = ? AND expires_at > ?", code, now);
     if (!owner)
         return std::unexpected{LinkFault::unknownCode};
     if (*owner == guardianId)

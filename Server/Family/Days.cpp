@@ -9,11 +9,20 @@ namespace stillgate::server
 namespace
 {
 
-QTimeZone zone(const std::string& identifier) { return QTimeZone{QByteArray::fromStdString(identifier)}; }
+QTimeZone zone(const std::string& identifier)
+{
+    return QTimeZone{QByteArray::fromStdString(identifier)};
+}
 
-QDate date(const std::string& day) { return QDate::fromString(QString::fromStdString(day), Qt::ISODate); }
+QDate date(const std::string& day)
+{
+    return QDate::fromString(QString::fromStdString(day), Qt::ISODate);
+}
 
-std::string text(QDate day) { return day.toString(Qt::ISODate).toStdString(); }
+std::string text(QDate day)
+{
+    return day.toString(Qt::ISODate).toStdString();
+}
 
 } // namespace
 
@@ -28,8 +37,14 @@ Date startOfDay(const std::string& day, const std::string& timeZone)
     return Date{std::chrono::milliseconds{date(day).startOfDay(zone(timeZone)).toMSecsSinceEpoch()}};
 }
 
-std::string dayAfter(const std::string& day, int days) { return text(date(day).addDays(days)); }
+std::string dayAfter(const std::string& day, int days)
+{
+    return text(date(day).addDays(days));
+}
 
-bool isDay(const std::string& text) { return text.size() == 10 && date(text).isValid(); }
+bool isDay(const std::string& text)
+{
+    return text.size() == 10 && date(text).isValid();
+}
 
 } // namespace stillgate::server

@@ -8,7 +8,10 @@ namespace stillgate::server
 namespace
 {
 
-bool counts(const ActiveDay& day) { return day.hasHeartbeat && !day.hasBypass; }
+bool counts(const ActiveDay& day)
+{
+    return day.hasHeartbeat && !day.hasBypass;
+}
 
 void record(Database& database, const std::string& userId, const ActiveDay& day, std::int64_t focusSeconds)
 {
@@ -38,8 +41,7 @@ Streak streakOf(const std::vector<ActiveDay>& days, const std::string& today)
         streak.longestStreakDays = std::max(streak.longestStreakDays, length);
     }
     const bool isBrokenToday = !days.empty() && days.back().day == today && days.back().hasBypass;
-    const bool isRunning =
-        streak.lastActiveDate && !isBrokenToday && *streak.lastActiveDate >= dayAfter(today, -1);
+    const bool isRunning = streak.lastActiveDate && !isBrokenToday && *streak.lastActiveDate >= dayAfter(today, -1);
     if (isRunning) {
         streak.currentStreakDays = length;
         streak.streakStartDate = start;
@@ -49,8 +51,9 @@ Streak streakOf(const std::vector<ActiveDay>& days, const std::string& today)
 
 Streak streakOf(Database& database, const std::string& userId, const std::string& today)
 {
-    return streakOf(database.all<ActiveDay>(
-                        "SELECT day, has_heartbeat, has_bypass FROM active_days WHERE user_id = ? ORDER BY day", userId),
+    return streakOf(
+        database.all<ActiveDay>(
+            "SELECT day, has_heartbeat, has_bypass FROM active_days WHERE user_id = ? ORDER BY day", userId),
         today);
 }
 

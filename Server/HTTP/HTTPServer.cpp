@@ -15,7 +15,6 @@
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <boost/beast/ssl.hpp>
-
 #include <csignal>
 #include <list>
 
@@ -77,14 +76,31 @@ std::optional<Response> answerToUnreadable(error_code error)
         return errorAnswer(413, "The body is larger than 1 MiB");
     if (error == http::error::header_limit || error == http::error::buffer_overflow)
         return errorAnswer(431, "The header is too large");
-    if (error == beast::error::timeout)
-        return errorAnswer(408, "The request took too long");
-    const bool isMalformed = error.category() == make_error_code(http::error::bad_method).category()
-                             && error != http::error::end_of_stream && error != http::error::partial_message;
+    const bool isMalformed = error.category() == make_error_code(http::error::bad_method).category() &&
+        error != http::error::end_of_stream && error != http::error::partial_message;
     if (isMalformed)
         return errorAnswer(400, "This isn't a request of HTTP/1.1");
     return std::nullopt;
 }
+
+/// Counts one more as long as it lives.
+class Counted
+{
+public:
+    explicit Counted(std::size_t& count)
+        : m_count(count)
+    {
+        ++m_count;
+    }
+
+    ~Counted() { --m_count; }
+
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+private:
+    std::size_t& m_count;
+};
 
 } // namespace
 
@@ -93,13 +109,13 @@ struct HTTPServer::Machinery
     Handler handler;
     Limits limits;
     Log& log;
-    asio::io_context context{1};
+    std::size_t connections = 0;
+    std::size_t unanswered = 0; ///< requests that were read and whose answer hasn't gone yet
+    bool isStopping = false;
+    asio::io_context context{1}; ///< its end is that of all conversations, which use what stands above
     asio::signal_set signals{context};
     std::list<tcp::acceptor> acceptors;
     std::list<asio::ssl::context> certificates;
-    std::size_t connections = 0;
-    std::size_t unanswered = 0;
-    bool isStopping = false;
 
     void beginToStop()
     {
@@ -121,9 +137,8 @@ struct HTTPServer::Machinery
         const auto start = [this](auto resume, Request taken) {
             auto resumption = std::make_shared<decltype(resume)>(std::move(resume));
             handler(std::move(taken), [this, resumption](Response response) {
-                asio::post(context, [resumption, answer = std::move(response)]() mutable {
-                    (*resumption)(std::move(answer));
-                });
+                asio::post(context,
+                    [resumption, answer = std::move(response)]() mutable { (*resumption)(std::move(answer)); });
             });
         };
         co_return co_await asio::async_initiate<decltype(use_awaitable), void(Response)>(
@@ -131,12 +146,15 @@ struct HTTPServer::Machinery
     }
 
     template <class Stream>
-    asio::awaitable<error_code> send(Stream& stream, Response response, unsigned version, bool keepAlive)
+    asio::awaitable<error_code> send(Stream& stream, http::response<http::string_body> message, bool isHead = false)
     {
         error_code error;
-        auto message = messageFrom(std::move(response), version, keepAlive);
+        http::response_serializer<http::string_body> serializer{message};
         beast::get_lowest_layer(stream).expires_after(limits.answer);
-        co_await http::async_write(stream, message, orError(error));
+        if (isHead)
+            co_await http::async_write_header(stream, serializer, orError(error));
+        else
+            co_await http::async_write(stream, serializer, orError(error));
         co_return error;
     }
 
@@ -155,44 +173,58 @@ struct HTTPServer::Machinery
             co_await transport.async_read_some(asio::buffer(unread), orError(error));
     }
 
+    /// A time limit closes the connection, so that nothing can be answered after it.
+    template <class Stream>
+    asio::awaitable<error_code> read(Stream& stream, beast::flat_buffer& buffer, Parser& parser)
+    {
+        auto& transport = beast::get_lowest_layer(stream);
+        error_code error;
+        transport.expires_after(limits.header);
+        co_await http::async_read_header(stream, buffer, parser, orError(error));
+        if (!error && beast::iequals(parser.get()[http::field::expect], "100-continue"))
+            co_await asio::async_write(
+                stream, asio::buffer(std::string_view{"HTTP/1.1 100 Continue\r\n\r\n"}), orError(error));
+        if (!error) {
+            transport.expires_after(limits.body);
+            co_await http::async_read(stream, buffer, parser, orError(error));
+        }
+        transport.expires_never();
+        co_return error;
+    }
+
+    /// False if that was the last one of this connection.
+    template <class Stream>
+    asio::awaitable<bool> answerAndSend(Stream& stream, Parser::value_type message, std::string address)
+    {
+        const auto version = message.version();
+        const bool isHead = message.method() == http::verb::head;
+        bool keepAlive = message.keep_alive();
+        const Counted counted{unanswered};
+        auto response = co_await answerTo(
+            requestFrom(std::move(message), std::move(address), std::is_same_v<Stream, EncryptedStream>));
+        keepAlive = keepAlive && !isStopping;
+        const auto error = co_await send(stream, messageFrom(std::move(response), version, keepAlive), isHead);
+        co_return !error && keepAlive;
+    }
+
     /// Request after request, until one side has had enough.
     template <class Stream>
     asio::awaitable<void> converse(Stream& stream, std::string address)
     {
-        auto& transport = beast::get_lowest_layer(stream);
         beast::flat_buffer buffer{limits.headerBytes + limits.bodyBytes};
-        bool keepAlive = true;
-        while (keepAlive && !isStopping) {
+        bool goesOn = true;
+        while (goesOn) {
             Parser parser;
             parser.header_limit(static_cast<std::uint32_t>(limits.headerBytes));
             parser.body_limit(limits.bodyBytes);
-            error_code error;
-            transport.expires_after(limits.header);
-            co_await http::async_read_header(stream, buffer, parser, orError(error));
-            if (!error) {
-                transport.expires_after(limits.body);
-                co_await http::async_read(stream, buffer, parser, orError(error));
-            }
+            const auto error = co_await read(stream, buffer, parser);
             if (error) {
-                const auto isIdle = error == beast::error::timeout && !parser.got_some();
-                if (const auto answer = answerToUnreadable(error); answer && !isIdle)
-                    co_await send(stream, *answer, 11, false);
+                if (auto answer = answerToUnreadable(error))
+                    co_await send(stream, messageFrom(std::move(*answer), 11, false));
                 break;
             }
-            transport.expires_never();
-            keepAlive = parser.get().keep_alive();
-            const auto version = parser.get().version();
-            const bool isHead = parser.get().method() == http::verb::head;
-            ++unanswered;
-            auto response = co_await answerTo(
-                requestFrom(parser.release(), address, std::is_same_v<Stream, EncryptedStream>));
-            if (isHead)
-                response.body.clear();
-            const auto sent = co_await send(stream, std::move(response), version, keepAlive);
-            --unanswered;
+            goesOn = co_await answerAndSend(stream, parser.release(), address);
             stopIfDone();
-            if (sent)
-                co_return;
         }
         co_await sayFarewell(stream);
     }
@@ -236,6 +268,7 @@ struct HTTPServer::Machinery
                 --connections;
                 if (failure)
                     log.write("[Server] A connection ended in an exception");
+                stopIfDone();
             });
         }
     }
@@ -253,8 +286,8 @@ std::uint16_t HTTPServer::listen(const std::string& address, std::uint16_t port,
     asio::ssl::context* usedCertificate = nullptr;
     if (certificate != nullptr) {
         usedCertificate = &machinery.certificates.emplace_back(asio::ssl::context::tls_server);
-        usedCertificate->set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_tlsv1
-                                     | asio::ssl::context::no_tlsv1_1);
+        usedCertificate->set_options(
+            asio::ssl::context::default_workarounds | asio::ssl::context::no_tlsv1 | asio::ssl::context::no_tlsv1_1);
         usedCertificate->use_certificate_chain_file(certificate->chainFile);
         usedCertificate->use_private_key_file(certificate->keyFile, asio::ssl::context::pem);
     }

@@ -24,11 +24,11 @@ public:
         std::size_t headerBytes = 16 * 1024;
         std::size_t bodyBytes = 1024 * 1024;
         std::size_t connections = 2000; ///< a further one is closed at once
-        std::chrono::seconds handshake{10};
-        std::chrono::seconds header{15}; ///< also how long a kept connection may stay idle
-        std::chrono::seconds body{30};
-        std::chrono::seconds answer{30}; ///< for the peer to take it
-        std::chrono::seconds farewell{2};
+        std::chrono::milliseconds handshake{10'000};
+        std::chrono::milliseconds header{15'000}; ///< also how long a kept connection may stay idle
+        std::chrono::milliseconds body{30'000};
+        std::chrono::milliseconds answer{30'000}; ///< for the peer to take it
+        std::chrono::milliseconds farewell{2'000};
     };
 
     struct Certificate

@@ -21,9 +21,9 @@ struct CaseInsensitiveLess
 /// A request as it came, its body whole.
 struct Request
 {
-    std::string method;                                          ///< "GET"
-    std::string path;                                            ///< percent-encoded, without the query
-    std::string query;                                           ///< percent-encoded, without the question mark
+    std::string method; ///< "GET"
+    std::string path;   ///< percent-encoded, without the query
+    std::string query;  ///< percent-encoded, without the question mark
     std::map<std::string, std::string, CaseInsensitiveLess> headers;
     std::string body;
     std::string address;      ///< of the peer: "192.0.2.7"
@@ -56,7 +56,10 @@ private:
     int m_status;
 };
 
-[[nodiscard]] inline Refusal notFound() { return {404, "Not found"}; }
+[[nodiscard]] inline Refusal notFound()
+{
+    return {404, "Not found"};
+}
 
 /// The text that a percent-encoded one stands for (RFC 3986, 2.1). Throws a Refusal if that isn't UTF-8, or holds a
 /// NUL, which no database keeps.

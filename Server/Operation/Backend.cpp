@@ -38,8 +38,8 @@ Response Backend::answer(const Request& request, Database& database)
     const std::string prefix{API::prefix};
     const bool isForAPI = request.path == prefix || request.path.starts_with(prefix + '/');
     auto response = isForAPI ? answerForAPI(request, database) : m_site.answer(request, database);
-    if (std::ranges::find(response.headers, "Cache-Control", &std::pair<std::string, std::string>::first)
-        == response.headers.end())
+    if (std::ranges::find(response.headers, "Cache-Control", &std::pair<std::string, std::string>::first) ==
+        response.headers.end())
         response.headers.emplace_back("Cache-Control", "no-store");
     response.headers.emplace_back("Date", httpDate(m_clock.now()));
     response.headers.emplace_back("X-Content-Type-Options", "nosniff");
@@ -59,8 +59,8 @@ void Backend::tidy(Database& database)
     const auto now = m_clock.now();
     try {
         database.inTransaction([&] {
-            for (const auto* table : {"access_tokens", "refresh_tokens", "web_sessions", "device_codes",
-                     "sharing_codes"})
+            for (const auto* table :
+                {"access_tokens", "refresh_tokens", "web_sessions", "device_codes", "sharing_codes"})
                 database.execute(std::string{"DELETE FROM "} + table + " WHERE expires_at <= ?", now);
             database.execute("DELETE FROM attempts WHERE made_at <= ?", now - Attempts::period);
             // Without a refresh token nobody can go on with it.

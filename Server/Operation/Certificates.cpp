@@ -2,14 +2,13 @@
 
 #include <QHostAddress>
 
+#include <array>
 #include <openssl/bio.h>
 #include <openssl/ec.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
 #include <openssl/x509v3.h>
-
-#include <array>
 #include <stdexcept>
 
 namespace stillgate::server
@@ -52,7 +51,10 @@ void check(int result)
         throw std::runtime_error{"libcrypto can't make a certificate"};
 }
 
-Bio reading(const std::string& text) { return Bio{checked(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())))}; }
+Bio reading(const std::string& text)
+{
+    return Bio{checked(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())))};
+}
 
 std::string textOf(BIO* bio)
 {
@@ -89,8 +91,7 @@ Certificate draft(const std::string& name, EVP_PKEY* key, long lifetime)
     std::array<unsigned char, 16> serial{};
     check(RAND_bytes(serial.data(), serial.size()));
     serial[0] = (serial[0] & 0x7F) | 0x40; // positive, and of full length
-    const std::unique_ptr<BIGNUM, Release<BN_free>> number{
-        checked(BN_bin2bn(serial.data(), serial.size(), nullptr))};
+    const std::unique_ptr<BIGNUM, Release<BN_free>> number{checked(BN_bin2bn(serial.data(), serial.size(), nullptr))};
     checked(BN_to_ASN1_INTEGER(number.get(), X509_get_serialNumber(certificate.get())));
     checked(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -day)); // clocks differ
     checked(X509_gmtime_adj(X509_getm_notAfter(certificate.get()), lifetime));
@@ -100,7 +101,10 @@ Certificate draft(const std::string& name, EVP_PKEY* key, long lifetime)
     return certificate;
 }
 
-bool isIPAddress(const std::string& host) { return !QHostAddress{QString::fromStdString(host)}.isNull(); }
+bool isIPAddress(const std::string& host)
+{
+    return !QHostAddress{QString::fromStdString(host)}.isNull();
+}
 
 void checkHost(const std::string& host)
 {
@@ -117,7 +121,10 @@ ServerKey::ServerKey(EVP_PKEY* key)
     : m_key(checked(key), EVP_PKEY_free)
 {}
 
-ServerKey ServerKey::generate() { return ServerKey{EVP_EC_gen("P-256")}; }
+ServerKey ServerKey::generate()
+{
+    return ServerKey{EVP_EC_gen("P-256")};
+}
 
 ServerKey ServerKey::fromPEM(const std::string& pem)
 {
@@ -178,19 +185,21 @@ std::string serverCertificate(const ServerKey& key, const std::vector<std::strin
 std::vector<std::string> hostsOf(const std::string& certificatePEM)
 {
     const auto certificate = certificateOf(certificatePEM);
-    const Names names{static_cast<GENERAL_NAMES*>(
-        X509_get_ext_d2i(certificate.get(), NID_subject_alt_name, nullptr, nullptr))};
+    const Names names{
+        static_cast<GENERAL_NAMES*>(X509_get_ext_d2i(certificate.get(), NID_subject_alt_name, nullptr, nullptr))};
     std::vector<std::string> hosts;
     for (int position = 0; position < sk_GENERAL_NAME_num(names.get()); ++position) {
         const auto* name = sk_GENERAL_NAME_value(names.get(), position);
         const auto* bytes = name->type == GEN_DNS ? name->d.dNSName : name->d.iPAddress;
         const auto* data = ASN1_STRING_get0_data(bytes);
         if (name->type == GEN_DNS)
-            hosts.emplace_back(reinterpret_cast<const char*>(data), static_cast<std::size_t>(ASN1_STRING_length(bytes)));
+            hosts.emplace_back(
+                reinterpret_cast<const char*>(data), static_cast<std::size_t>(ASN1_STRING_length(bytes)));
         else if (ASN1_STRING_length(bytes) == 4)
-            hosts.push_back(QHostAddress{quint32{data[0]} << 24 | quint32{data[1]} << 16 | quint32{data[2]} << 8 | data[3]}
-                                .toString()
-                                .toStdString());
+            hosts.push_back(
+                QHostAddress{quint32{data[0]} << 24 | quint32{data[1]} << 16 | quint32{data[2]} << 8 | data[3]}
+                    .toString()
+                    .toStdString());
         else
             hosts.push_back(QHostAddress{data}.toString().toStdString());
     }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <openssl/types.h>
 #include <string>
 #include <vector>
-
-#include <openssl/types.h>
 
 namespace stillgate::server
 {

@@ -3,11 +3,10 @@
 #include "Database/Database.h"
 #include "Operation/Certificates.h"
 
-#include <nlohmann/json.hpp>
-
-#include <QHostAddress>
 #include <QFile>
+#include <QHostAddress>
 #include <QSaveFile>
+#include <nlohmann/json.hpp>
 
 #include <fstream>
 #include <sstream>
@@ -27,10 +26,10 @@ void write(const fs::path& path, const std::string& text, Readers readers)
 {
     QSaveFile file{QString::fromStdString(path.string())};
     const auto permissions = readers == Readers::ownerAlone
-                                 ? QFile::ReadOwner | QFile::WriteOwner
-                                 : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther;
-    const bool isWritten = file.open(QFile::WriteOnly) && file.setPermissions(permissions)
-                           && file.write(text.data(), static_cast<qint64>(text.size())) >= 0 && file.commit();
+        ? QFile::ReadOwner | QFile::WriteOwner
+        : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther;
+    const bool isWritten = file.open(QFile::WriteOnly) && file.setPermissions(permissions) &&
+        file.write(text.data(), static_cast<qint64>(text.size())) >= 0 && file.commit();
     if (!isWritten)
         throw std::runtime_error{"Can't write " + path.string() + ": " + file.errorString().toStdString()};
 }
@@ -51,17 +50,16 @@ std::string hostInAddress(const std::string& host)
     return isIPv6 ? '[' + host + ']' : host;
 }
 
-std::string deploymentText(const DeploymentRequest& request, const std::vector<std::string>& pins,
-    const std::string& trustAnchor)
+std::string deploymentText(
+    const DeploymentRequest& request, const std::vector<std::string>& pins, const std::string& trustAnchor)
 {
     const auto& configuration = request.configuration;
-    const auto origin =
-        "https://" + hostInAddress(request.hosts.front()) + ':' + std::to_string(configuration.port);
+    const auto origin = "https://" + hostInAddress(request.hosts.front()) + ':' + std::to_string(configuration.port);
     nlohmann::ordered_json values;
     values["baseURL"] = origin + "/v1";
     values["webSiteURL"] = configuration.hasLoopbackSite
-                               ? "http://127.0.0.1:" + std::to_string(configuration.loopbackSitePort)
-                               : configuration.webSite;
+        ? "http://127.0.0.1:" + std::to_string(configuration.loopbackSitePort)
+        : configuration.webSite;
     values["pins"] = pins;
     values["trustAnchor"] = trustAnchor;
     return values.dump(4) + '\n';

@@ -4,11 +4,10 @@
 #include "Operation/Backend.h"
 #include "Operation/WorkerPool.h"
 
-#include <sys/resource.h>
-
 #include <condition_variable>
 #include <iostream>
 #include <mutex>
+#include <sys/resource.h>
 #include <thread>
 
 namespace stillgate::server
@@ -65,14 +64,13 @@ void serve(const Configuration& configuration, const std::filesystem::path& file
     std::unique_ptr<Backend> backend;
     std::unique_ptr<WorkerPool> pool;
 
-    HTTPServer server{
-        [&](Request request, const HTTPServer::Answer& answer) {
-            const bool isTaken = pool->post([&backend, request = std::move(request), answer](Database& database) {
-                answer(backend->answer(request, database));
-            });
-            if (!isTaken)
-                answer(errorAnswer(503, "The server is too busy"));
-        },
+    HTTPServer server{[&](Request request, const HTTPServer::Answer& answer) {
+                          const bool isTaken =
+                              pool->post([&backend, request = std::move(request), answer](
+                                             Database& database) { answer(backend->answer(request, database)); });
+                          if (!isTaken)
+                              answer(errorAnswer(503, "The server is too busy"));
+                      },
         {}, log};
     const HTTPServer::Certificate certificate{.chainFile = configuration.certificate, .keyFile = configuration.key};
     const auto port = server.listen(configuration.address, configuration.port, &certificate);
@@ -80,8 +78,7 @@ void serve(const Configuration& configuration, const std::filesystem::path& file
         configuration.hasLoopbackSite ? server.listen("127.0.0.1", configuration.loopbackSitePort, nullptr) : 0;
     const auto webSite = webSiteOf(configuration, sitePort);
 
-    backend = std::make_unique<Backend>(
-        Backend::Settings{.configurationFile = file, .webSite = webSite}, clock, log);
+    backend = std::make_unique<Backend>(Backend::Settings{.configurationFile = file, .webSite = webSite}, clock, log);
     pool = std::make_unique<WorkerPool>(workers, configuration.database);
     const Hourly tidying{[&] { static_cast<void>(pool->post([&](Database& database) { backend->tidy(database); })); }};
 

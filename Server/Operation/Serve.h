@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Operation/Configuration.h"
-
 #include "Platform/Clock.h"
 #include "Platform/Log.h"
 

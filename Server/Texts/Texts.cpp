@@ -27,14 +27,21 @@ Texts::Values readTexts(const std::string& language)
     return *texts;
 }
 
-std::string filledIn(std::string text, const Texts::Values& values)
+/// In one pass, so that a value that looks like a placeholder stays what it is.
+std::string filledIn(std::string_view text, const Texts::Values& values)
 {
-    for (const auto& [name, value] : values) {
-        const auto placeholder = '{' + name + '}';
-        for (auto at = text.find(placeholder); at != std::string::npos; at = text.find(placeholder, at + value.size()))
-            text.replace(at, placeholder.size(), value);
+    std::string filled;
+    while (!text.empty()) {
+        const auto open = std::min(text.find('{'), text.size());
+        filled += text.substr(0, open);
+        text.remove_prefix(open);
+        const auto length = std::min(text.find('}'), text.size());
+        const auto value = values.find(std::string{text.substr(0, length).substr(text.empty() ? 0 : 1)});
+        const auto placeholder = text.substr(0, length + 1);
+        filled += value == values.end() ? placeholder : value->second;
+        text.remove_prefix(placeholder.size());
     }
-    return text;
+    return filled;
 }
 
 } // namespace

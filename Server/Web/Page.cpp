@@ -76,8 +76,10 @@ Response assetAnswer(const std::string& path)
     return {.status = 200,
         .contentType = contentTypeOf(path),
         .body = std::move(*file),
-        .headers = {{"Cache-Control", "public, max-age=3600"}, {"Content-Security-Policy", "default-src 'none'; "
-                                                                                           "style-src 'unsafe-inline'"}}};
+        .headers = {{"Cache-Control", "public, max-age=3600"},
+            {"Content-Security-Policy",
+                "default-src 'none'; "
+                "style-src 'unsafe-inline'"}}};
 }
 
 } // namespace stillgate::server

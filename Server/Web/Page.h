@@ -4,7 +4,6 @@
 #include "Texts/Texts.h"
 
 #include <kainjow/mustache.hpp>
-
 #include <string>
 
 namespace stillgate::server

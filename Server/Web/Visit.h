@@ -54,8 +54,8 @@ struct WebSite::Visit
 
     void setCookie(const std::string& name, const std::string& value, std::chrono::seconds lifetime)
     {
-        cookies.push_back(name + '=' + value + "; Path=/; Max-Age=" + std::to_string(lifetime.count())
-                          + "; HttpOnly; SameSite=Lax" + (request.isEncrypted ? "; Secure" : ""));
+        cookies.push_back(name + '=' + value + "; Path=/; Max-Age=" + std::to_string(lifetime.count()) +
+            "; HttpOnly; SameSite=Lax" + (request.isEncrypted ? "; Secure" : ""));
     }
 };
 

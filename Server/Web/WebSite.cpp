@@ -95,8 +95,7 @@ Response WebSite::run(Visit& visit)
         isKnownPath = true;
         if (method != known.method)
             continue;
-        if (visit.isPost()
-            && (!isFromHere(visit.request) || !isSameSecret(visit.value("csrf"), visit.csrfToken())))
+        if (visit.isPost() && (!isFromHere(visit.request) || !isSameSecret(visit.value("csrf"), visit.csrfToken())))
             return message(visit, "isError", "errorHeading", "errorFormExpired", 403);
         return (this->*known.handle)(visit);
     }
@@ -171,8 +170,8 @@ Response WebSite::page(
 }
 
 /// The same form with what was typed, but for the password, and what was wrong with it.
-Response WebSite::formAgain(Visit& visit, const std::string& name, const std::string& titleKey,
-    const std::string& errorKey, int status) const
+Response WebSite::formAgain(
+    Visit& visit, const std::string& name, const std::string& titleKey, const std::string& errorKey, int status) const
 {
     PageData data{PageData::type::object};
     for (const auto* field : {"email", "displayName", "timeZone", "next", "invite"})

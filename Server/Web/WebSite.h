@@ -55,8 +55,8 @@ private:
     [[nodiscard]] Response approvalPage(Visit& visit, const std::string& code);
     [[nodiscard]] std::optional<std::string> userWithPassword(Visit& visit);
     [[nodiscard]] Response enter(Visit& visit, const std::string& userId);
-    [[nodiscard]] Response page(Visit& visit, const std::string& name, const std::string& titleKey, PageData data,
-        int status = 200) const;
+    [[nodiscard]] Response page(
+        Visit& visit, const std::string& name, const std::string& titleKey, PageData data, int status = 200) const;
     [[nodiscard]] Response formAgain(Visit& visit, const std::string& name, const std::string& titleKey,
         const std::string& errorKey, int status) const;
     [[nodiscard]] Response message(

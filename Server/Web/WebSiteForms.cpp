@@ -17,8 +17,8 @@ constexpr int signUpsPerAddress = 30; // in 15 minutes
 /// A path of this site to go on to: never another site's address.
 std::string ownPath(const std::string& next)
 {
-    const bool isOwn = next.starts_with('/') && !next.starts_with("//") && next.find('\\') == std::string::npos
-                       && std::ranges::none_of(next, [](unsigned char letter) { return letter < ' '; });
+    const bool isOwn = next.starts_with('/') && !next.starts_with("//") && next.find('\\') == std::string::npos &&
+        std::ranges::none_of(next, [](unsigned char letter) { return letter < ' '; });
     return isOwn ? next : "/";
 }
 
@@ -167,9 +167,8 @@ Response WebSite::enter(Visit& visit, const std::string& userId)
 
 Response WebSite::signOut(Visit& visit)
 {
-    visit.database.inTransaction([&] {
-        visit.database.execute("DELETE FROM web_sessions WHERE digest = ?", digestOf(visit.sessionToken));
-    });
+    visit.database.inTransaction(
+        [&] { visit.database.execute("DELETE FROM web_sessions WHERE digest = ?", digestOf(visit.sessionToken)); });
     visit.setCookie(sessionCookie, "", std::chrono::seconds{0});
     return redirection("/?notice=signed-out");
 }
@@ -226,8 +225,8 @@ Response WebSite::devicePage(Visit& visit)
 {
     const auto code = visit.value("user_code");
     if (!visit.visitor)
-        return redirection(std::string{signInPath} + "?next="
-                           + encoded(code.empty() ? devicePath : devicePath + ("?user_code=" + encoded(code))));
+        return redirection(std::string{signInPath} +
+            "?next=" + encoded(code.empty() ? devicePath : devicePath + ("?user_code=" + encoded(code))));
     return code.empty() ? deviceCodePage(visit, "") : approvalPage(visit, code);
 }
 
@@ -249,9 +248,9 @@ Response WebSite::approvalPage(Visit& visit, const std::string& code)
     PageData data{PageData::type::object};
     data.set("userCode", device->userCode);
     data.set("address", device->address);
-    data.set("askedAgo", minutes < 1 ? m_texts.text(visit.language, "askedJustNow")
-                                     : m_texts.text(visit.language, "askedMinutesAgo",
-                                         {{"minutes", std::to_string(minutes)}}));
+    data.set("askedAgo",
+        minutes < 1 ? m_texts.text(visit.language, "askedJustNow")
+                    : m_texts.text(visit.language, "askedMinutesAgo", {{"minutes", std::to_string(minutes)}}));
     return page(visit, "device-approve", "titleDeviceApprove", std::move(data));
 }
 
@@ -266,9 +265,8 @@ Response WebSite::decideDevice(Visit& visit)
     const auto device = waitingDevice(visit, visit.value("user_code"));
     if (!device)
         return message(visit, "isError", "errorHeading", device.error(), statusOf(device.error()));
-    const bool isDecided = visit.database.inTransaction([&] {
-        return DeviceCodes{visit.database}.decide(device->userCode, visit.visitor->id, isApproved, visit.now);
-    });
+    const bool isDecided = visit.database.inTransaction(
+        [&] { return DeviceCodes{visit.database}.decide(device->userCode, visit.visitor->id, isApproved, visit.now); });
     if (!isDecided)
         return message(visit, "isError", "errorHeading", "errorCodeUnknown", 404);
     return isApproved ? message(visit, "isSuccess", "approvedHeading", "approvedText")
@@ -282,9 +280,8 @@ Response WebSite::setTimeZone(Visit& visit)
     const auto timeZone = visit.value("timeZone");
     if (!isTimeZone(timeZone))
         return message(visit, "isError", "errorHeading", "errorTimeZone", 400);
-    visit.database.inTransaction([&] {
-        visit.database.execute("UPDATE users SET time_zone = ? WHERE id = ?", timeZone, visit.visitor->id);
-    });
+    visit.database.inTransaction(
+        [&] { visit.database.execute("UPDATE users SET time_zone = ? WHERE id = ?", timeZone, visit.visitor->id); });
     return redirection("/?notice=time-zone");
 }
 
