@@ -42,6 +42,16 @@ std::optional<std::map<std::string, std::string>> argumentsOf(
     return arguments;
 }
 
+/// RFC 9110, 15.5.5 and 15.5.6.
+Response answerWithoutRoute(const std::string& allowedMethods)
+{
+    if (allowedMethods.empty())
+        return errorAnswer(404, "Not found");
+    auto answer = errorAnswer(405, "This address has no such method");
+    answer.headers.emplace_back("Allow", allowedMethods);
+    return answer;
+}
+
 /// Throws a 401 unless the request carries a token that is in force.
 Account accountOf(const Request& request, Database& database, Date now)
 {
@@ -79,18 +89,16 @@ API::API(Service& service, const Clock& clock, Log& log)
 API::Match API::find(const Request& request) const
 {
     const auto path = segmentsOf(std::string_view{request.path}.substr(prefix.size()));
-    bool isKnownPath = false;
+    Match match;
     for (const auto& route : m_routes) {
         auto arguments = argumentsOf(route.pattern, path);
         if (!arguments)
             continue;
         if (route.method == request.method)
-            return {.route = &route, .arguments = std::move(*arguments)};
-        isKnownPath = true;
+            return {.route = &route, .arguments = std::move(*arguments), .allowedMethods = {}};
+        match.allowedMethods += (match.allowedMethods.empty() ? "" : ", ") + route.method;
     }
-    if (isKnownPath)
-        throw Refusal{405, "This address has no such method"};
-    throw notFound();
+    return match;
 }
 
 Response API::run(const Match& match, const Request& request, Database& database)
@@ -119,7 +127,7 @@ Response API::answer(const Request& request, Database& database)
     Match match;
     try {
         match = find(request);
-        return run(match, request, database);
+        return match.route == nullptr ? answerWithoutRoute(match.allowedMethods) : run(match, request, database);
     } catch (const Refusal& refusal) {
         auto answer = errorAnswer(refusal.status(), refusal.what());
         if (refusal.status() == 401)

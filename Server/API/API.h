@@ -26,6 +26,7 @@ private:
     {
         const Route* route = nullptr;
         std::map<std::string, std::string> arguments;
+        std::string allowedMethods; ///< where there is no route: what this path has instead
     };
 
     [[nodiscard]] Match find(const Request& request) const;

@@ -41,6 +41,8 @@ Response Backend::answer(const Request& request, Database& database)
     if (std::ranges::find(response.headers, "Cache-Control", &std::pair<std::string, std::string>::first) ==
         response.headers.end())
         response.headers.emplace_back("Cache-Control", "no-store");
+    if (response.status == 429)
+        response.headers.emplace_back("Retry-After", std::to_string(std::chrono::seconds{Attempts::period}.count()));
     response.headers.emplace_back("Date", httpDate(m_clock.now()));
     response.headers.emplace_back("X-Content-Type-Options", "nosniff");
     if (request.isEncrypted)

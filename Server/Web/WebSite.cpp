@@ -88,18 +88,21 @@ Response WebSite::run(Visit& visit)
     if (path.starts_with("/assets/") && method == "GET")
         return assetAnswer(path.substr(1));
     identify(visit);
-    bool isKnownPath = false;
+    std::string allowedMethods;
     for (const auto& known : paths) {
         if (path != known.path)
             continue;
-        isKnownPath = true;
+        allowedMethods += (allowedMethods.empty() ? "" : ", ") + std::string{known.method};
         if (method != known.method)
             continue;
         if (visit.isPost() && (!isFromHere(visit.request) || !isSameSecret(visit.value("csrf"), visit.csrfToken())))
             return message(visit, "isError", "errorHeading", "errorFormExpired", 403);
         return (this->*known.handle)(visit);
     }
-    return failure(visit, isKnownPath ? 405 : 404);
+    auto answer = failure(visit, allowedMethods.empty() ? 404 : 405);
+    if (!allowedMethods.empty())
+        answer.headers.emplace_back("Allow", allowedMethods);
+    return answer;
 }
 
 /// Who it is, in which language, and with which cookies.

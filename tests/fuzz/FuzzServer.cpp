@@ -10,9 +10,8 @@
 
 #include <QCoreApplication>
 
-#include <sodium.h>
-
 #include <memory>
+#include <sodium.h>
 
 namespace stillgate
 {
@@ -44,9 +43,8 @@ public:
         m_guardian = signUp("guardian");
         const auto controlled = signUp("controlled");
         const auto now = m_time.now();
-        m_database.execute(
-            "INSERT INTO sharing_codes (code, user_id, created_at, expires_at) VALUES ('CODE', ?, ?, ?)", controlled,
-            now, now + std::chrono::hours{1});
+        m_database.execute("INSERT INTO sharing_codes (code, user_id, created_at, expires_at) VALUES ('CODE', ?, ?, ?)",
+            controlled, now, now + std::chrono::hours{1});
         m_connection = server::linkWithCode(m_database, m_guardian, "CODE", now)->id;
         const auto pair = server::SignIns{m_database}.begin(m_guardian, now);
         m_token = pair.accessToken;

@@ -125,6 +125,7 @@ TEST_P(WebSiteTest, whatPeopleTypeIsShownAndNeverRun)
     EXPECT_EQ(visit("GET", "/assets/../pages/home.html").status, 404);
     EXPECT_EQ(visit("GET", "/v2").status, 404);
     EXPECT_EQ(visit("PUT", "/").status, 405);
+    EXPECT_THAT(visit("PUT", "/device").headers, testing::Contains(testing::Pair("Allow", "GET, POST")));
 }
 
 TEST_P(WebSiteTest, signInGoesOnWithinTheSiteAlone)
