@@ -21,4 +21,7 @@ void registerCacheBenchmarks(Report& report);
 /// private /etc of scripts/private-world, its row is skipped.
 void registerStartBenchmarks(Report& report);
 
+/// The server under the heartbeats of 1,000 devices, beside what it can't do without: commits and handshakes.
+void registerServerBenchmarks(Report& report);
+
 } // namespace stillgate

@@ -1,5 +1,6 @@
 #include "Subjects.h"
 
+#include <QCoreApplication>
 #include <benchmark/benchmark.h>
 
 #include <exception>
@@ -10,6 +11,7 @@ int main(int argc, char** argv)
 {
     using namespace stillgate;
 
+    const QCoreApplication application{argc, argv}; // the database drivers are plugins of it
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return EX_USAGE;
@@ -19,6 +21,7 @@ int main(int argc, char** argv)
     registerCompileBenchmarks(report);
     registerHostsBenchmarks(report);
     registerCacheBenchmarks(report);
+    registerServerBenchmarks(report);
     registerStartBenchmarks(report);
     try {
         benchmark::RunSpecifiedBenchmarks();
