@@ -146,27 +146,27 @@ struct HTTPServer::Machinery
     }
 
     template <class Stream>
-    asio::awaitable<error_code> send(Stream& stream, http::response<http::string_body> message, bool isHead = false)
+    asio::awaitable<error_code> send(Stream* stream, http::response<http::string_body> message, bool isHead = false)
     {
         error_code error;
         http::response_serializer<http::string_body> serializer{message};
-        beast::get_lowest_layer(stream).expires_after(limits.answer);
+        beast::get_lowest_layer(*stream).expires_after(limits.answer);
         if (isHead)
-            co_await http::async_write_header(stream, serializer, orError(error));
+            co_await http::async_write_header(*stream, serializer, orError(error));
         else
-            co_await http::async_write(stream, serializer, orError(error));
+            co_await http::async_write(*stream, serializer, orError(error));
         co_return error;
     }
 
     /// Closes after the peer had the chance to read: a close with bytes unread would take the answer back.
     template <class Stream>
-    asio::awaitable<void> sayFarewell(Stream& stream)
+    asio::awaitable<void> sayFarewell(Stream* stream)
     {
-        auto& transport = beast::get_lowest_layer(stream);
+        auto& transport = beast::get_lowest_layer(*stream);
         transport.expires_after(limits.farewell);
         error_code error;
         if constexpr (std::is_same_v<Stream, EncryptedStream>)
-            co_await stream.async_shutdown(orError(error));
+            co_await stream->async_shutdown(orError(error));
         transport.socket().shutdown(tcp::socket::shutdown_send, error);
         std::array<char, 4096> unread{};
         while (!error)
@@ -175,18 +175,18 @@ struct HTTPServer::Machinery
 
     /// A time limit closes the connection, so that nothing can be answered after it.
     template <class Stream>
-    asio::awaitable<error_code> read(Stream& stream, beast::flat_buffer& buffer, Parser& parser)
+    asio::awaitable<error_code> read(Stream* stream, beast::flat_buffer* buffer, Parser* parser)
     {
-        auto& transport = beast::get_lowest_layer(stream);
+        auto& transport = beast::get_lowest_layer(*stream);
         error_code error;
         transport.expires_after(limits.header);
-        co_await http::async_read_header(stream, buffer, parser, orError(error));
-        if (!error && beast::iequals(parser.get()[http::field::expect], "100-continue"))
+        co_await http::async_read_header(*stream, *buffer, *parser, orError(error));
+        if (!error && beast::iequals(parser->get()[http::field::expect], "100-continue"))
             co_await asio::async_write(
-                stream, asio::buffer(std::string_view{"HTTP/1.1 100 Continue\r\n\r\n"}), orError(error));
+                *stream, asio::buffer(std::string_view{"HTTP/1.1 100 Continue\r\n\r\n"}), orError(error));
         if (!error) {
             transport.expires_after(limits.body);
-            co_await http::async_read(stream, buffer, parser, orError(error));
+            co_await http::async_read(*stream, *buffer, *parser, orError(error));
         }
         transport.expires_never();
         co_return error;
@@ -194,7 +194,7 @@ struct HTTPServer::Machinery
 
     /// False if that was the last one of this connection.
     template <class Stream>
-    asio::awaitable<bool> answerAndSend(Stream& stream, Parser::value_type message, std::string address)
+    asio::awaitable<bool> answerAndSend(Stream* stream, Parser::value_type message, std::string address)
     {
         const auto version = message.version();
         const bool isHead = message.method() == http::verb::head;
@@ -209,7 +209,7 @@ struct HTTPServer::Machinery
 
     /// Request after request, until one side has had enough.
     template <class Stream>
-    asio::awaitable<void> converse(Stream& stream, std::string address)
+    asio::awaitable<void> converse(Stream* stream, std::string address)
     {
         beast::flat_buffer buffer{limits.headerBytes + limits.bodyBytes};
         bool goesOn = true;
@@ -217,7 +217,7 @@ struct HTTPServer::Machinery
             Parser parser;
             parser.header_limit(static_cast<std::uint32_t>(limits.headerBytes));
             parser.body_limit(limits.bodyBytes);
-            const auto error = co_await read(stream, buffer, parser);
+            const auto error = co_await read(stream, &buffer, &parser);
             if (error) {
                 if (auto answer = answerToUnreadable(error))
                     co_await send(stream, messageFrom(std::move(*answer), 11, false));
@@ -239,22 +239,22 @@ struct HTTPServer::Machinery
         const auto address = peer.address().to_string();
         if (certificate == nullptr) {
             PlainStream stream{std::move(socket)};
-            co_await converse(stream, address);
+            co_await converse(&stream, address);
             co_return;
         }
         EncryptedStream stream{std::move(socket), *certificate};
         beast::get_lowest_layer(stream).expires_after(limits.handshake);
         co_await stream.async_handshake(asio::ssl::stream_base::server, orError(error));
         if (!error)
-            co_await converse(stream, address);
+            co_await converse(&stream, address);
     }
 
-    asio::awaitable<void> acceptAll(tcp::acceptor& acceptor, asio::ssl::context* certificate)
+    asio::awaitable<void> acceptAll(tcp::acceptor* acceptor, asio::ssl::context* certificate)
     {
-        while (acceptor.is_open()) {
+        while (acceptor->is_open()) {
             error_code error;
             tcp::socket socket{context};
-            co_await acceptor.async_accept(socket, orError(error));
+            co_await acceptor->async_accept(socket, orError(error));
             if (error) {
                 // Out of descriptors, mostly: somebody has to close one first.
                 asio::steady_timer pause{context, std::chrono::milliseconds{100}};
@@ -293,7 +293,7 @@ std::uint16_t HTTPServer::listen(const std::string& address, std::uint16_t port,
     }
     const tcp::endpoint endpoint{asio::ip::make_address(address), port};
     auto& acceptor = machinery.acceptors.emplace_back(machinery.context, endpoint);
-    asio::co_spawn(machinery.context, machinery.acceptAll(acceptor, usedCertificate), asio::detached);
+    asio::co_spawn(machinery.context, machinery.acceptAll(&acceptor, usedCertificate), asio::detached);
     return acceptor.local_endpoint().port();
 }
 

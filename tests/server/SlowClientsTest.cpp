@@ -19,7 +19,6 @@ namespace stillgate::test
 using namespace std::chrono_literals;
 using server::HTTPServer;
 using server::Request;
-using server::Response;
 using testing::HasSubstr;
 
 namespace
