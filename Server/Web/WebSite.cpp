@@ -188,8 +188,8 @@ Response WebSite::formAgain(
     return page(visit, name, titleKey, std::move(data), status);
 }
 
-Response WebSite::message(
-    Visit& visit, const char* kind, const std::string& heading, const std::string& text, int status) const
+Response WebSite::message(Visit& visit, const char* kind, const std::string& heading, const std::string& text,
+    int status, const Texts::Values& values) const
 {
     PageData action{PageData::type::object};
     action.set("label", m_texts.text(visit.language, "actionHome"));
@@ -197,7 +197,7 @@ Response WebSite::message(
     PageData data{PageData::type::object};
     data.set(kind, true);
     data.set("heading", m_texts.text(visit.language, heading));
-    data.set("text", m_texts.text(visit.language, text));
+    data.set("text", m_texts.text(visit.language, text, values));
     data.set("action", action);
     return page(visit, "message", heading, std::move(data), status);
 }

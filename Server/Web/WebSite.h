@@ -59,8 +59,8 @@ private:
         Visit& visit, const std::string& name, const std::string& titleKey, PageData data, int status = 200) const;
     [[nodiscard]] Response formAgain(Visit& visit, const std::string& name, const std::string& titleKey,
         const std::string& errorKey, int status) const;
-    [[nodiscard]] Response message(
-        Visit& visit, const char* kind, const std::string& heading, const std::string& text, int status = 200) const;
+    [[nodiscard]] Response message(Visit& visit, const char* kind, const std::string& heading, const std::string& text,
+        int status = 200, const Texts::Values& values = {}) const;
     [[nodiscard]] Response failure(Visit& visit, int status) const;
 
     const Texts& m_texts;

@@ -197,11 +197,8 @@ Response WebSite::invite(Visit& visit)
     });
     if (!connection)
         return message(visit, "isError", "errorHeading", fault, fault == "errorTooManyTries" ? 429 : 400);
-    PageData data{PageData::type::object};
-    data.set("isSuccess", true);
-    data.set("heading", m_texts.text(visit.language, "linkedHeading"));
-    data.set("text", m_texts.text(visit.language, "linkedText", {{"name", connection->controlledName.value_or("")}}));
-    return page(visit, "message", "linkedHeading", std::move(data));
+    return message(
+        visit, "isSuccess", "linkedHeading", "linkedText", 200, {{"name", connection->controlledName.value_or("")}});
 }
 
 /// The device that waits with this code; or the key of the text that says why there is none.

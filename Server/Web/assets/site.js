@@ -2,3 +2,8 @@
 for (const input of document.querySelectorAll('input[type="hidden"][name="timeZone"]')) {
   input.value = Intl.DateTimeFormat().resolvedOptions().timeZone || input.value;
 }
+
+// A code that was wrong is typed over, not into.
+for (const input of document.querySelectorAll('input[aria-invalid="true"]')) {
+  input.select();
+}
