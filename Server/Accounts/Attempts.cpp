@@ -15,7 +15,7 @@ std::optional<std::string> Attempts::take(const std::vector<std::string>& subjec
     };
     if (std::ranges::any_of(subjects, isUsedUp))
         return std::nullopt;
-    const auto id = newId();
+    auto id = newId();
     for (const auto& subject : subjects)
         m_database.execute("INSERT INTO attempts (id, purpose, subject, made_at) VALUES (?, ?, ?, ?)", id, m_purpose,
             digestOf(subject), now);

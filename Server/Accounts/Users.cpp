@@ -58,7 +58,7 @@ std::expected<std::string, SignUpFault> createUser(
     const auto email = normalizedEmail(form.email);
     if (credentialsOf(database, email))
         return std::unexpected{SignUpFault::emailTaken};
-    const auto id = newId();
+    auto id = newId();
     const auto timeZone = isTimeZone(form.timeZone) ? form.timeZone : QTimeZone::systemTimeZoneId().toStdString();
     database.execute("INSERT INTO users (id, email, display_name, password_hash, time_zone, language, created_at) "
                      "VALUES (?, ?, ?, ?, ?, ?, ?)",
