@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <random>
 #include <thread>
 
@@ -66,6 +67,15 @@ QString addConnection(const std::string& location)
     return name;
 }
 
+/// One for each SQLite file, until the process ends.
+Turnstile* writersOf(const std::string& location)
+{
+    static std::mutex access;
+    static std::map<std::string, Turnstile> writers;
+    const std::scoped_lock lock{access};
+    return isPostgreSQLLocation(location) ? nullptr : &writers[location];
+}
+
 } // namespace
 
 DatabaseError::DatabaseError(const std::string& action, const QSqlError& error)
@@ -77,6 +87,7 @@ DatabaseError::DatabaseError(const std::string& action, const QSqlError& error)
 
 Database::Database(const std::string& location)
     : m_name(addConnection(location))
+    , m_writers(writersOf(location))
 {
     open();
 }
@@ -153,6 +164,13 @@ QSqlQuery& Database::run(const std::string& statement, const std::vector<QVarian
     return query;
 }
 
+std::unique_lock<Turnstile> Database::writersTurn() const
+{
+    // SQLite has one writer at a time. Whoever finds another one there sleeps, longer each time up to a tenth of a
+    // second, however short the other's transaction is: threads of one process better wake each other.
+    return m_writers == nullptr ? std::unique_lock<Turnstile>{} : std::unique_lock{*m_writers};
+}
+
 const char* Database::writing() const
 {
     // SQLite has one writer at a time: it is better to wait for the turn now than to fail half way.
@@ -183,8 +201,10 @@ void Database::pauseBeforeAttempt(int attempt)
 void Database::wipeDeleted()
 {
     // SQLite overwrites what it deletes (secure_delete), but the log before the last checkpoint still holds it.
-    if (!isPostgreSQL())
-        command("PRAGMA wal_checkpoint(TRUNCATE)");
+    if (isPostgreSQL())
+        return;
+    const auto turn = writersTurn();
+    command("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 
 } // namespace stillgate::server

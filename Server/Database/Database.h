@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Database/Rows.h"
+#include "Database/Turnstile.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -95,6 +97,7 @@ public:
     template <class Work>
     auto inTransaction(Work work)
     {
+        const auto turn = writersTurn();
         return transact(writing(), work);
     }
 
@@ -119,6 +122,7 @@ private:
     void reopenIfLost();
     DatabaseError failureOf(const std::string& statement, const QSqlQuery& query);
     QSqlQuery& run(const std::string& statement, const std::vector<QVariant>& values);
+    [[nodiscard]] std::unique_lock<Turnstile> writersTurn() const;
     [[nodiscard]] const char* writing() const;
     [[nodiscard]] const char* reading() const;
 
@@ -154,6 +158,7 @@ private:
     static void pauseBeforeAttempt(int attempt);
 
     QString m_name;
+    Turnstile* m_writers; ///< of this process on the same SQLite file; none with PostgreSQL
     bool m_isLost = false;
     std::unordered_map<std::string, QSqlQuery> m_prepared;
 };
