@@ -6,11 +6,28 @@ namespace stillgate::server
 WorkerPool::WorkerPool(int workers, const std::string& database)
 {
     Database{database}.migrate();
-    for (int worker = 0; worker < workers; ++worker)
-        m_threads.emplace_back([this, database] { run(database); });
+    std::vector<std::future<void>> connected;
+    for (int worker = 0; worker < workers; ++worker) {
+        std::promise<void> connects;
+        connected.push_back(connects.get_future());
+        m_threads.emplace_back(
+            [this, database, promise = std::move(connects)]() mutable { run(database, std::move(promise)); });
+    }
+    try {
+        for (auto& connection : connected)
+            connection.get();
+    } catch (...) {
+        stop();
+        throw;
+    }
 }
 
 WorkerPool::~WorkerPool()
+{
+    stop();
+}
+
+void WorkerPool::stop()
 {
     {
         const std::scoped_lock lock{m_mutex};
@@ -31,9 +48,16 @@ bool WorkerPool::post(Work work)
     return true;
 }
 
-void WorkerPool::run(const std::string& location)
+void WorkerPool::run(const std::string& location, std::promise<void> connected)
 {
-    Database database{location};
+    std::optional<Database> database; // a connection belongs to the thread that makes it
+    try {
+        database.emplace(location);
+    } catch (...) {
+        connected.set_exception(std::current_exception());
+        return;
+    }
+    connected.set_value();
     for (;;) {
         std::unique_lock lock{m_mutex};
         m_hasChanged.wait(lock, [this] { return m_isStopping || !m_queue.empty(); });
@@ -42,7 +66,7 @@ void WorkerPool::run(const std::string& location)
         const auto work = std::move(m_queue.front());
         m_queue.pop_front();
         lock.unlock();
-        work(database);
+        work(*database);
     }
 }
 

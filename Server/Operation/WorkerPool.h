@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -18,7 +19,7 @@ class WorkerPool
 public:
     using Work = std::function<void(Database&)>;
 
-    /// Throws DatabaseError if the first connection can't be made.
+    /// Throws DatabaseError if a connection can't be made.
     WorkerPool(int workers, const std::string& database);
 
     /// Work that hasn't begun is dropped; work that has is finished.
@@ -33,7 +34,8 @@ public:
 private:
     static constexpr std::size_t longestQueue = 2000;
 
-    void run(const std::string& database);
+    void stop();
+    void run(const std::string& database, std::promise<void> connected);
 
     std::mutex m_mutex;
     std::condition_variable m_hasChanged;
