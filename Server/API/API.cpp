@@ -19,6 +19,8 @@ std::vector<std::string_view> segmentsOf(std::string_view path)
     return segments;
 }
 
+constexpr std::size_t longestOpenBody = 4096; ///< of those who aren't known
+
 bool isArgument(std::string_view segment)
 {
     return segment.starts_with('{');
@@ -103,6 +105,8 @@ API::Match API::find(const Request& request) const
 
 Response API::run(const Match& match, const Request& request, Database& database)
 {
+    if (match.route->access == Access::everybody && request.body.size() > longestOpenBody)
+        throw Refusal{413, "The body is larger than 4 KiB"};
     const auto work = [&] {
         Call call{.request = request,
             .arguments = match.arguments,
@@ -117,8 +121,8 @@ Response API::run(const Match& match, const Request& request, Database& database
     if (match.route->method == "GET")
         return database.inSnapshot(work);
     auto answer = database.inTransaction(work);
-    if (match.route->wipesDeleted)
-        database.wipeDeleted();
+    if (match.route->wipesDeleted && !database.wipeDeleted())
+        m_log.write("[Server] What was deleted is wiped later: somebody reads");
     return answer;
 }
 

@@ -13,13 +13,15 @@ Response me(Call& call)
     return jsonAnswer(userById(call.database, call.account.userId));
 }
 
+/// Also the repeating tasks whose day hasn't come.
 Response exportEverything(Call& call)
 {
+    constexpr std::chrono::years everything{100};
     return jsonAnswer(UserDataExport{.user = userById(call.database, call.account.userId),
         .devices = devicesOf(call.database, call.account),
         .blockRules = blockRulesOf(call.database, call.account.userId),
         .schedules = schedulesOf(call.database, call.account.userId),
-        .tasks = tasksOf(call.database, call.account.userId, TaskRole::either, call.now)});
+        .tasks = tasksOf(call.database, call.account.userId, TaskRole::either, call.now + everything)});
 }
 
 Response deleteAccount(Call& call)

@@ -1,3 +1,4 @@
+#include "API/Limits.h"
 #include "API/Route.h"
 #include "API/Stored.h"
 
@@ -42,6 +43,13 @@ Response effective(Call& call)
 Response create(Call& call)
 {
     auto rule = call.body<BlockRule>();
+    requireText(rule.category, longestName, "category");
+    requireText(rule.customName, longestName, "customName");
+    requireText(rule.unblockPolicy, longestName, "unblockPolicy");
+    requireTexts(rule.customDomains, mostDomains, "customDomains");
+    requireTexts(rule.excludedDomains, mostDomains, "excludedDomains");
+    requireApps(rule.customApps);
+    requireRoom(call.database, "block_rules", "user_id", call.account.userId);
     rule.id = idFor(call.database, "block_rules", rule.id);
     call.database.execute(
         "INSERT INTO block_rules (id, user_id, category, custom_name, enabled, custom_domains, excluded_domains, "

@@ -1,3 +1,4 @@
+#include "API/Limits.h"
 #include "API/Route.h"
 #include "API/Tasks.h"
 #include "Accounts/Secrets.h"
@@ -5,6 +6,8 @@
 #include "Family/Connections.h"
 #include "Family/Days.h"
 #include "Family/Streaks.h"
+
+#include <QString>
 
 #include <charconv>
 
@@ -37,7 +40,12 @@ GuardianBlockRule ruleOf(Call& call, const std::string& ruleId)
 Response createRule(Call& call)
 {
     const auto body = call.body<CreateGuardianRuleBody>();
+    requireText(body.category, longestName, "category");
+    requireText(body.customName, longestName, "customName");
+    requireTexts(body.customDomains, mostDomains, "customDomains");
+    requireApps(body.customApps);
     const auto connection = guardedConnection(call.database, call.account.userId, call.argument("id"));
+    requireRoom(call.database, "guardian_rules", "connection_id", connection.id);
     const auto id = newId();
     call.database.execute(
         "INSERT INTO guardian_rules (id, connection_id, category, custom_name, enabled, custom_domains, custom_apps, "
@@ -52,6 +60,9 @@ Response createRule(Call& call)
 Response updateRule(Call& call)
 {
     const auto body = call.body<UpdateGuardianRuleBody>();
+    requireText(body.customName, longestName, "customName");
+    requireTexts(body.customDomains.value_or(std::vector<std::string>{}), mostDomains, "customDomains");
+    requireApps(body.customApps);
     const auto before = ruleOf(call, call.argument("id"));
     call.database.execute(
         "UPDATE guardian_rules SET enabled = ?, custom_domains = ?, custom_apps = ?, custom_name = ?, updated_at = ? "
@@ -86,6 +97,7 @@ bool isIllustration(Database& database, const std::string& key)
 Response updateSettings(Call& call)
 {
     const auto settings = call.body<GuardianConnectionSettings>();
+    requireText(settings.customBlockMessage, longestText, "customBlockMessage");
     const auto before = guardedConnection(call.database, call.account.userId, call.argument("id"));
     const auto mode = settings.flexibilityMode ? settings.flexibilityMode : before.flexibilityMode;
     require(mode == "flexible" || mode == "permanent", "flexibilityMode: flexible or permanent");
@@ -99,6 +111,8 @@ Response updateSettings(Call& call)
     call.database.execute("UPDATE connections SET flexibility_mode = ?, custom_block_message = ?, "
                           "block_illustration_key = ? WHERE id = ?",
         mode, message, illustration, before.id);
+    if (mode == "permanent") // nor by a code made before
+        call.database.execute("DELETE FROM sharing_codes WHERE user_id = ?", before.controlledUserId);
     if (mode != before.flexibilityMode)
         ActivityFeed{call.database}.add(before.id, call.account.userId, "mode_changed", {{"mode", *mode}}, call.now);
     return jsonAnswer(guardedConnection(call.database, call.account.userId, before.id));
@@ -130,6 +144,16 @@ Response illustrations(Call& call)
         "SELECT * FROM illustrations WHERE language = ? ORDER BY position", call.account.language));
 }
 
+/// As much of a text as the feed shows, in whole characters.
+std::string beginningOf(const std::string& text)
+{
+    constexpr qsizetype longest = 500;
+    auto beginning = QString::fromStdString(text).left(longest);
+    if (!beginning.isEmpty() && beginning.back().isHighSurrogate())
+        beginning.chop(1);
+    return beginning.toStdString();
+}
+
 /// A device tells that somebody got round a block, or tried to end the program. Who has no guardian still loses the
 /// day for the streak.
 Response reportTampering(Call& call)
@@ -142,7 +166,7 @@ Response reportTampering(Call& call)
     if (isBypass)
         recordBypass(call.database, userId, dayOf(call.now, call.account.timeZone));
     ActivityFeed{call.database}.addForGuardians(userId, userId, isBypass ? "bypass_attempt" : "tampering_detected",
-        {{"details", report.details.value_or("").substr(0, 1000)}}, call.now);
+        {{"details", beginningOf(report.details.value_or(""))}}, call.now);
     return acknowledgement();
 }
 

@@ -1,3 +1,4 @@
+#include "API/Limits.h"
 #include "API/Route.h"
 #include "API/Stored.h"
 #include "Accounts/Secrets.h"
@@ -30,6 +31,12 @@ Response list(Call& call)
 Response create(Call& call)
 {
     auto schedule = call.body<BlockSchedule>();
+    for (const auto& text : {std::optional{schedule.name}, std::optional{schedule.scheduleType}, schedule.startTime,
+             schedule.endTime, schedule.startDate, schedule.endDate, std::optional{schedule.timezone}})
+        requireText(text, longestName, "BlockSchedule");
+    requireTexts(schedule.ruleIds, mostRows, "ruleIds");
+    requireTexts(schedule.days.value_or(std::vector<std::string>{}), 7, "days");
+    requireRoom(call.database, "schedules", "user_id", call.account.userId);
     schedule.id = idFor(call.database, "schedules", schedule.id);
     call.database.execute(
         "INSERT INTO schedules (id, user_id, name, schedule_type, days, start_time, end_time, start_date, end_date, "

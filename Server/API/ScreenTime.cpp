@@ -1,3 +1,4 @@
+#include "API/Limits.h"
 #include "API/Route.h"
 #include "Family/Budget.h"
 #include "Family/Days.h"
@@ -13,9 +14,26 @@ namespace
 constexpr std::int64_t minutesOfADay = 24 * 60;
 constexpr int oldestReport = 31; ///< days: a device that was offline for a holiday still tells what it counted
 
-bool areMinutes(std::int64_t minutes)
+void checkDay(const DailyScreenTime& day, const std::string& today)
 {
-    return minutes >= 0 && minutes <= minutesOfADay;
+    require(isDay(day.date), "date: YYYY-MM-DD");
+    require(
+        day.date >= dayAfter(today, -oldestReport) && day.date <= dayAfter(today, 1), "date: too long ago, or ahead");
+    requireCount(day.totalMinutes, minutesOfADay, "totalMinutes");
+    requireCount(day.pickupCount, mostCounted, "pickupCount");
+    const auto apps = day.appUsage.value_or(std::vector<AppUsageEntry>{});
+    const auto categories = day.categoryTotals.value_or(std::map<std::string, std::int64_t>{});
+    require(apps.size() <= mostApps && categories.size() <= mostApps, "appUsage, categoryTotals: 1000 at most");
+    for (const auto& app : apps) {
+        for (const auto& text : {std::optional{app.identifier}, app.name, app.category})
+            requireText(text, longestName, "appUsage");
+        requireCount(app.minutes, minutesOfADay, "appUsage.minutes");
+        requireCount(app.openCount, mostCounted, "appUsage.openCount");
+    }
+    for (const auto& [category, minutes] : categories) {
+        requireText(category, longestName, "categoryTotals");
+        requireCount(minutes, minutesOfADay, "categoryTotals");
+    }
 }
 
 Response budget(Call& call)
@@ -27,7 +45,7 @@ Response budget(Call& call)
 Response reportUsage(Call& call)
 {
     const auto used = call.body<ReportUsageBody>().usedMinutes;
-    require(areMinutes(used), "usedMinutes: 0 to 1440");
+    requireCount(used, minutesOfADay, "usedMinutes");
     call.database.execute("INSERT INTO usage_reports (user_id, device_id, day, used_minutes) VALUES (?, ?, ?, ?) "
                           "ON CONFLICT (user_id, day, device_id) DO UPDATE SET used_minutes = excluded.used_minutes "
                           "WHERE excluded.used_minutes > usage_reports.used_minutes",
@@ -38,11 +56,7 @@ Response reportUsage(Call& call)
 Response storeDay(Call& call)
 {
     const auto day = call.body<DailyScreenTime>();
-    const auto today = dayOf(call.now, call.account.timeZone);
-    require(isDay(day.date), "date: YYYY-MM-DD");
-    require(
-        day.date >= dayAfter(today, -oldestReport) && day.date <= dayAfter(today, 1), "date: too long ago, or ahead");
-    require(areMinutes(day.totalMinutes), "totalMinutes: 0 to 1440");
+    checkDay(day, dayOf(call.now, call.account.timeZone));
     call.database.execute(
         "INSERT INTO daily_screen_time (user_id, device_id, date, total_minutes, pickup_count, app_usage, "
         "category_totals, created_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (user_id, date, device_id) "

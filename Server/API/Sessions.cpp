@@ -13,7 +13,7 @@ constexpr int codesPerAddress = 60; // in 15 minutes, from a whole school behind
 
 Response requestDeviceCode(Call& call)
 {
-    if (!Attempts{call.database, "device-code", codesPerAddress}.take({call.request.address}, call.now))
+    if (!Attempts{call.database, "device-code", codesPerAddress}.take({networkOf(call.request.address)}, call.now))
         throw Refusal{429, "Too many sign-ins were started from this address. Wait a quarter of an hour"};
     return jsonAnswer(DeviceCodes{call.database}.request(call.request.address, call.service.approvalPage, call.now));
 }

@@ -29,9 +29,14 @@ Response myCode(Call& call)
 }
 
 /// A new code ends the one before it.
+///
+/// THREAT: whoever is held by a permanent connection could make a second account their guardian, and have it approve
+/// whatever they like. A further guardian comes in while the connection is flexible.
 Response generateCode(Call& call)
 {
     const auto& userId = call.account.userId;
+    if (isHeldPermanently(call.database, userId))
+        throw Refusal{403, "Your guardian has made your connection permanent"};
     call.database.execute("DELETE FROM sharing_codes WHERE user_id = ?", userId);
     call.database.execute("INSERT INTO sharing_codes (code, user_id, created_at, expires_at) VALUES (?, ?, ?, ?)",
         randomCode(codeLength), userId, call.now, call.now + codeLifetime);
@@ -43,7 +48,7 @@ Response link(Call& call)
 {
     const auto code = call.body<LinkCodeBody>().code;
     Attempts attempts{call.database, "sharing-code"};
-    const auto attempt = attempts.take({call.account.userId, call.request.address}, call.now);
+    const auto attempt = attempts.take({call.account.userId, networkOf(call.request.address)}, call.now);
     if (!attempt)
         return errorAnswer(429, "Too many wrong codes. Wait a quarter of an hour");
     const auto connection = linkWithCode(call.database, call.account.userId, code, call.now);

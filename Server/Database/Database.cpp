@@ -19,7 +19,7 @@ namespace
 // SQLSTATE of PostgreSQL (its manual, Appendix A) and result codes of SQLite.
 bool isConflictCode(const QString& code)
 {
-    static const QStringList codes{"40001", "40P01", "5", "6", "261", "517"};
+    static const QStringList codes{"40001", "40P01", "517"};
     return codes.contains(code);
 }
 
@@ -62,7 +62,7 @@ QString addConnection(const std::string& location)
     } else {
         auto connection = QSqlDatabase::addDatabase("QSQLITE", name);
         connection.setDatabaseName(QString::fromStdString(location));
-        connection.setConnectOptions("QSQLITE_BUSY_TIMEOUT=20000");
+        connection.setConnectOptions("QSQLITE_BUSY_TIMEOUT=5000");
     }
     return name;
 }
@@ -198,13 +198,16 @@ void Database::pauseBeforeAttempt(int attempt)
     std::this_thread::sleep_for(std::chrono::milliseconds{milliseconds(randomness)});
 }
 
-void Database::wipeDeleted()
+bool Database::wipeDeleted()
 {
     // SQLite overwrites what it deletes (secure_delete), but the log before the last checkpoint still holds it.
     if (isPostgreSQL())
-        return;
+        return true;
     const auto turn = writersTurn();
-    command("PRAGMA wal_checkpoint(TRUNCATE)");
+    command("PRAGMA busy_timeout = 1000"); // readers hold nobody up for longer
+    const auto isBusy = first<bool>("PRAGMA wal_checkpoint(TRUNCATE)");
+    command("PRAGMA busy_timeout = 5000");
+    return isBusy == false;
 }
 
 } // namespace stillgate::server

@@ -111,8 +111,9 @@ public:
     /// Makes the tables, or brings those of an older version up to date. Throws if the database is of a newer one.
     void migrate();
 
-    /// What was deleted is gone from the files of the disk too, as far as this database can do it.
-    void wipeDeleted();
+    /// What was deleted is gone from the files of the disk too, as far as this database can do it. False if a reader
+    /// was in the way.
+    [[nodiscard]] bool wipeDeleted();
 
 private:
     static constexpr int maximumAttempts = 30;

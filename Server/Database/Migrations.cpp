@@ -38,9 +38,11 @@ void Database::migrate()
     const auto files = folder.entryList({"*.sql"}, QDir::Files, QDir::Name);
     const auto eventNumber =
         isPostgreSQL() ? "BIGINT GENERATED ALWAYS AS IDENTITY PRIMARY KEY" : "INTEGER PRIMARY KEY AUTOINCREMENT";
+    // Two servers that start at once do it one after the other. Not within the transaction, which would see the
+    // database as it was before the wait.
+    if (isPostgreSQL())
+        command("SELECT pg_advisory_lock(727474)");
     inTransaction([&] {
-        if (isPostgreSQL()) // two servers that start at once do it one after the other
-            static_cast<void>(number("SELECT 1 FROM (SELECT pg_advisory_xact_lock(727474)) AS locked"));
         command("CREATE TABLE IF NOT EXISTS schema_versions (version BIGINT PRIMARY KEY)");
         const auto current = number("SELECT MAX(version) FROM schema_versions");
         if (current > files.size())
@@ -50,8 +52,9 @@ void Database::migrate()
                 command(statement.replace("EVENT_NUMBER", eventNumber).toStdString());
             execute("INSERT INTO schema_versions (version) VALUES (?)", version);
         }
-        return current;
     });
+    if (isPostgreSQL())
+        command("SELECT pg_advisory_unlock(727474)");
 }
 
 } // namespace stillgate::server

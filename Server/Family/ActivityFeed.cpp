@@ -15,7 +15,9 @@ std::string lineOf(const GuardianActivityEvent& event, const Texts& texts, const
 {
     auto details = event.metadata.value_or(ActivityFeed::Details{});
     if (details.contains("category"))
-        details["rule"] = texts.text(language, "category." + details["category"]);
+        details["rule"] = texts.has(language, "category." + details["category"])
+            ? texts.text(language, "category." + details["category"])
+            : details["category"];
     auto key = "activity." + event.eventType;
     if (details.contains("enabled"))
         key += '.' + details["enabled"];

@@ -48,9 +48,11 @@ bool isGuardianOf(Database& database, const std::string& guardianId, const std::
                guardianId, userId) > 0;
 }
 
-bool hasGuardian(Database& database, const std::string& userId)
+bool isHeldPermanently(Database& database, const std::string& userId)
 {
-    return database.number("SELECT COUNT(*) FROM connections WHERE controlled_user_id = ?", userId) > 0;
+    return database.number(
+               "SELECT COUNT(*) FROM connections WHERE controlled_user_id = ? AND flexibility_mode = 'permanent'",
+               userId) > 0;
 }
 
 std::vector<GroupMember> groupOf(Database& database, const std::string& userId)

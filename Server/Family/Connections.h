@@ -22,7 +22,7 @@ namespace stillgate::server
     Database& database, const std::string& guardianId, const std::string& connectionId);
 
 [[nodiscard]] bool isGuardianOf(Database& database, const std::string& guardianId, const std::string& userId);
-[[nodiscard]] bool hasGuardian(Database& database, const std::string& userId);
+[[nodiscard]] bool isHeldPermanently(Database& database, const std::string& userId);
 
 /// The user, and everybody linked with them: the group "default". `role` is "member" for the user, else "guardian" or
 /// "controlled"; whoever is both is the guardian.

@@ -110,7 +110,8 @@ struct HTTPServer::Machinery
     Limits limits;
     Log& log;
     std::size_t connections = 0;
-    std::size_t unanswered = 0; ///< requests that were read and whose answer hasn't gone yet
+    std::map<std::string, std::size_t> connectionsOf; ///< by network
+    std::size_t unanswered = 0;                       ///< requests that were read and whose answer hasn't gone yet
     bool isStopping = false;
     asio::io_context context{1}; ///< its end is that of all conversations, which use what stands above
     asio::signal_set signals{context};
@@ -261,15 +262,21 @@ struct HTTPServer::Machinery
                 co_await pause.async_wait(orError(error));
                 continue;
             }
-            if (connections >= limits.connections)
+            const auto peer = socket.remote_endpoint(error);
+            const auto network = error ? std::string{} : networkOf(peer.address().to_string());
+            if (error || connections >= limits.connections || connectionsOf[network] >= limits.connectionsOfOne)
                 continue;
             ++connections;
-            asio::co_spawn(context, serve(std::move(socket), certificate), [this](const std::exception_ptr& failure) {
-                --connections;
-                if (failure)
-                    log.write("[Server] A connection ended in an exception");
-                stopIfDone();
-            });
+            ++connectionsOf[network];
+            asio::co_spawn(
+                context, serve(std::move(socket), certificate), [this, network](const std::exception_ptr& failure) {
+                    --connections;
+                    if (--connectionsOf[network] == 0)
+                        connectionsOf.erase(network);
+                    if (failure)
+                        log.write("[Server] A connection ended in an exception");
+                    stopIfDone();
+                });
         }
     }
 };

@@ -23,7 +23,8 @@ public:
     {
         std::size_t headerBytes = 16 * 1024;
         std::size_t bodyBytes = 1024 * 1024;
-        std::size_t connections = 2000; ///< a further one is closed at once
+        std::size_t connections = 2000;     ///< a further one is closed at once
+        std::size_t connectionsOfOne = 500; ///< by network (networkOf): one customer doesn't take the others' places
         std::chrono::milliseconds handshake{10'000};
         std::chrono::milliseconds header{15'000}; ///< also how long a kept connection may stay idle
         std::chrono::milliseconds body{30'000};

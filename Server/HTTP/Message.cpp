@@ -3,6 +3,7 @@
 #include "Platform/Text.h"
 
 #include <QByteArray>
+#include <QHostAddress>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -48,6 +49,18 @@ const std::string& Request::header(std::string_view name) const
     static const std::string none;
     const auto found = headers.find(name);
     return found == headers.end() ? none : found->second;
+}
+
+std::string networkOf(const std::string& address)
+{
+    const QHostAddress host{QString::fromStdString(address)};
+    bool isIPv4 = false; // or is mapped to IPv6
+    const auto bits = host.toIPv4Address(&isIPv4);
+    if (isIPv4)
+        return QHostAddress{bits}.toString().toStdString();
+    auto network = host.toIPv6Address();
+    std::fill(std::begin(network.c) + 8, std::end(network.c), quint8{0});
+    return QHostAddress{network}.toString().toStdString();
 }
 
 std::string percentDecoded(std::string_view encoded)

@@ -61,6 +61,9 @@ private:
     return {404, "Not found"};
 }
 
+/// Whom an address counts for: itself, or for IPv6 its network of 64 bits, all of which one customer has.
+[[nodiscard]] std::string networkOf(const std::string& address);
+
 /// The text that a percent-encoded one stands for (RFC 3986, 2.1). Throws a Refusal if that isn't UTF-8, or holds a
 /// NUL, which no database keeps.
 [[nodiscard]] std::string percentDecoded(std::string_view encoded);

@@ -13,6 +13,9 @@ namespace stillgate::server
 namespace
 {
 
+constexpr std::chrono::days longestFeed{90};  ///< as far back as can be asked for
+constexpr std::chrono::days longestReuse{30}; ///< a used refresh token that comes later is merely unknown
+
 /// "Sun, 06 Nov 1994 08:49:37 GMT" (RFC 9110, 5.6.7).
 std::string httpDate(Date moment)
 {
@@ -65,10 +68,12 @@ void Backend::tidy(Database& database)
                 {"access_tokens", "refresh_tokens", "web_sessions", "device_codes", "sharing_codes"})
                 database.execute(std::string{"DELETE FROM "} + table + " WHERE expires_at <= ?", now);
             database.execute("DELETE FROM attempts WHERE made_at <= ?", now - Attempts::period);
+            database.execute("DELETE FROM activity_events WHERE created_at <= ?", now - longestFeed);
+            database.execute("DELETE FROM refresh_tokens WHERE rotated_at <= ?", now - longestReuse);
             // Without a refresh token nobody can go on with it.
             database.execute("DELETE FROM sign_ins WHERE id NOT IN (SELECT sign_in_id FROM refresh_tokens)");
         });
-        database.wipeDeleted();
+        static_cast<void>(database.wipeDeleted()); // or in an hour
     } catch (const DatabaseError& error) {
         m_log.write(std::string{"[Server] Can't delete what has expired: "} + error.what());
     }

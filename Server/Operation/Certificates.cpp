@@ -171,7 +171,9 @@ std::string serverCertificate(const ServerKey& key, const std::vector<std::strin
         names += (names.empty() ? "" : ",") + std::string{isIPAddress(host) ? "IP:" : "DNS:"} + host;
     }
     const auto authority = certificateOf(authorityPEM);
-    const auto certificate = draft(hosts.at(0), key.get(), serverLifetime);
+    constexpr std::size_t longestCommonName = 64; // it is the alternative names that count
+    const std::string name = hosts.at(0).size() <= longestCommonName ? hosts.at(0) : "stillgate-server";
+    const auto certificate = draft(name, key.get(), serverLifetime);
     check(X509_set_issuer_name(certificate.get(), X509_get_subject_name(authority.get())));
     addExtension(certificate.get(), authority.get(), NID_basic_constraints, "critical,CA:FALSE");
     addExtension(certificate.get(), authority.get(), NID_key_usage, "critical,digitalSignature");

@@ -1,7 +1,10 @@
 #include "Operation/Configuration.h"
 
+#include "Platform/Text.h"
+
 #include <algorithm>
 #include <array>
+#include <sstream>
 #include <stdexcept>
 #include <toml++/toml.h>
 
@@ -78,6 +81,11 @@ private:
 
 } // namespace
 
+std::string databaseIn(const std::filesystem::path& folder, const std::string& database)
+{
+    return database.find("://") == std::string::npos ? (folder / database).string() : database;
+}
+
 Configuration readConfiguration(const std::filesystem::path& file)
 {
     const ConfigurationFile source{file};
@@ -86,12 +94,14 @@ Configuration readConfiguration(const std::filesystem::path& file)
     configuration.port = source.port("port", configuration.port);
     configuration.certificate = source.path("certificate");
     configuration.key = source.path("key");
-    configuration.database = source.text("database", "stillgate.db");
-    if (configuration.database.find("://") == std::string::npos)
-        configuration.database = (std::filesystem::absolute(file).parent_path() / configuration.database).string();
+    configuration.database =
+        databaseIn(std::filesystem::absolute(file).parent_path(), source.text("database", "stillgate.db"));
     configuration.hasLoopbackSite = source.has("loopback-site-port");
     configuration.loopbackSitePort = source.port("loopback-site-port", 0);
-    configuration.webSite = source.text("web-site", "");
+    configuration.webSite = trimmed(source.text("web-site", ""), "/");
+    const auto& webSite = configuration.webSite;
+    if (!webSite.empty() && !webSite.starts_with("https://") && !webSite.starts_with("http://"))
+        source.refuse("web-site has to begin with https://");
     if (configuration.webSite.empty() && !configuration.hasLoopbackSite)
         source.refuse("web-site is missing: the address at which browsers find this server");
     return configuration;
@@ -99,7 +109,11 @@ Configuration readConfiguration(const std::filesystem::path& file)
 
 std::string configurationText(const Configuration& configuration)
 {
-    const auto quoted = [](const std::string& text) { return '"' + text + '"'; };
+    const auto quoted = [](const std::string& text) {
+        std::ostringstream written;
+        written << toml::value{text};
+        return written.str();
+    };
     std::string text = "# The configuration of stillgate-server (TOML). Paths are relative to this folder.\n"
                        "# Changes take effect when the server is started again, those of [app-config] at once.\n\n"
                        "# Where the server listens, with TLS.\n"

@@ -36,6 +36,9 @@ class ConfigurationFault : public std::runtime_error
 /// Throws a ConfigurationFault.
 [[nodiscard]] Configuration readConfiguration(const std::filesystem::path& file);
 
+/// Where the database of a configuration in that folder is: a path is relative to it.
+[[nodiscard]] std::string databaseIn(const std::filesystem::path& folder, const std::string& database);
+
 /// The text of a new configuration file, with a comment at each value.
 [[nodiscard]] std::string configurationText(const Configuration& configuration);
 

@@ -70,32 +70,31 @@ std::string deploymentText(
 std::vector<std::string> makeDeployment(const DeploymentRequest& request)
 {
     const auto& folder = request.folder;
-    if (fs::exists(folder / "server.toml") || fs::exists(folder / "server.key"))
-        throw std::runtime_error{folder.string() + " holds a deployment already; it is left as it is"};
-    fs::create_directories(folder);
-    fs::permissions(folder, fs::perms::owner_all);
+    if (!fs::create_directories(folder) && !fs::is_empty(folder))
+        throw std::runtime_error{folder.string() + " isn't empty; it is left as it is"};
 
+    // Whatever can be wrong with the request shows before anything is written.
     const auto authorityKey = ServerKey::generate();
     const auto key = ServerKey::generate();
     const auto spareKey = ServerKey::generate();
-    const auto authority = authorityCertificate(authorityKey, "Stillgate authority of " + request.hosts.front());
+    const auto authority = authorityCertificate(authorityKey, "Stillgate authority");
+    const auto certificate = serverCertificate(key, request.hosts, authority, authorityKey);
     const std::vector<std::string> pins{key.pin(), spareKey.pin()};
-
-    write(folder / "authority.key", authorityKey.pem(), Readers::ownerAlone);
-    write(folder / "authority.pem", authority, Readers::everybody);
-    write(folder / "spare.key", spareKey.pem(), Readers::ownerAlone);
-    write(folder / "server.key", key.pem(), Readers::ownerAlone);
-    write(folder / "server.pem", serverCertificate(key, request.hosts, authority, authorityKey), Readers::everybody);
-
     auto configuration = request.configuration;
     configuration.certificate = "server.pem";
     configuration.key = "server.key";
     if (configuration.database.empty())
         configuration.database = "stillgate.db";
-    write(folder / "deployment.json", deploymentText(request, pins, authority), Readers::everybody);
-    // The last file to come: with it the deployment is whole.
+    Database{databaseIn(folder, configuration.database)}.migrate();
+
+    write(folder / "authority.key", authorityKey.pem(), Readers::ownerAlone);
+    write(folder / "authority.pem", authority, Readers::everybody);
+    write(folder / "spare.key", spareKey.pem(), Readers::ownerAlone);
+    write(folder / "server.key", key.pem(), Readers::ownerAlone);
+    write(folder / "server.pem", certificate, Readers::everybody);
     write(folder / "server.toml", configurationText(configuration), Readers::ownerAlone);
-    Database{readConfiguration(folder / "server.toml").database}.migrate();
+    // The last file to come: with it the deployment is whole.
+    write(folder / "deployment.json", deploymentText(request, pins, authority), Readers::everybody);
     return pins;
 }
 

@@ -27,7 +27,7 @@ struct DeploymentRequest
 ///   deployment.json           what an application is built with: addresses, pins, trust anchor; nothing secret
 ///
 /// Gives the two pins, that of the server's key and that of the spare. Throws std::runtime_error, and leaves what is
-/// there, if the folder holds a deployment already.
+/// there, if the folder isn't empty.
 std::vector<std::string> makeDeployment(const DeploymentRequest& request);
 
 /// Gives the server a new certificate for the same key and hosts.

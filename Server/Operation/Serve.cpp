@@ -56,36 +56,52 @@ private:
     std::jthread m_thread;
 };
 
+/// What answers, from the first request to the last.
+struct Answering
+{
+    Backend backend;
+    WorkerPool pool;
+    Hourly tidying{[this] { static_cast<void>(pool.post([this](Database& database) { backend.tidy(database); })); }};
+};
+
+std::uint16_t listen(HTTPServer& server, const Configuration& configuration)
+{
+    const HTTPServer::Certificate certificate{.chainFile = configuration.certificate, .keyFile = configuration.key};
+    try {
+        return server.listen(configuration.address, configuration.port, &certificate);
+    } catch (const std::exception& failure) {
+        throw ConfigurationFault{"Can't listen on " + configuration.address + ':' + std::to_string(configuration.port) +
+            " with " + certificate.chainFile + " and " + certificate.keyFile + ": " + failure.what()};
+    }
+}
+
 } // namespace
 
 void serve(const Configuration& configuration, const std::filesystem::path& file, const Clock& clock, Log& log)
 {
     raiseDescriptorLimit();
-    std::unique_ptr<Backend> backend;
-    std::unique_ptr<WorkerPool> pool;
-
-    HTTPServer server{[&](Request request, const HTTPServer::Answer& answer) {
-                          const bool isTaken =
-                              pool->post([&backend, request = std::move(request), answer](
-                                             Database& database) { answer(backend->answer(request, database)); });
-                          if (!isTaken)
-                              answer(errorAnswer(503, "The server is too busy"));
-                      },
-        {}, log};
-    const HTTPServer::Certificate certificate{.chainFile = configuration.certificate, .keyFile = configuration.key};
-    const auto port = server.listen(configuration.address, configuration.port, &certificate);
+    Answering* answering = nullptr;
+    const auto handle = [&](Request request, const HTTPServer::Answer& answer) {
+        const bool isTaken =
+            answering->pool.post([answering, request = std::move(request), answer](
+                                     Database& database) { answer(answering->backend.answer(request, database)); });
+        if (!isTaken)
+            answer(errorAnswer(503, "The server is too busy"));
+    };
+    HTTPServer server{handle, {}, log};
+    const auto port = listen(server, configuration);
     const auto sitePort =
         configuration.hasLoopbackSite ? server.listen("127.0.0.1", configuration.loopbackSitePort, nullptr) : 0;
     const auto webSite = webSiteOf(configuration, sitePort);
 
-    backend = std::make_unique<Backend>(Backend::Settings{.configurationFile = file, .webSite = webSite}, clock, log);
-    pool = std::make_unique<WorkerPool>(workers, configuration.database);
-    const Hourly tidying{[&] { static_cast<void>(pool->post([&](Database& database) { backend->tidy(database); })); }};
+    // Goes before the server: what the workers have begun they finish, and answer.
+    Answering actual{.backend = {{.configurationFile = file, .webSite = webSite}, clock, log},
+        .pool = {workers, configuration.database}};
+    answering = &actual;
 
     std::cout << "Listening on https://" << configuration.address << ':' << port << "\nThe web site is at " << webSite
               << std::endl;
     server.run();
-    pool.reset(); // finishes what it has begun, and answers it, while the server is still there
 }
 
 } // namespace stillgate::server

@@ -28,6 +28,11 @@ public:
 
     [[nodiscard]] bool has(const std::string& language) const { return m_texts.contains(language); }
 
+    [[nodiscard]] bool has(const std::string& language, const std::string& key) const
+    {
+        return all(language).contains(key);
+    }
+
     static const std::vector<std::string>& languages();
 
 private:

@@ -17,6 +17,8 @@ struct WebSite::Path
 namespace
 {
 
+constexpr std::size_t longestForm = 16 * 1024; ///< bytes
+
 /// False if the browser says that the form is another site's (Fetch Metadata, and the Origin of RFC 6454).
 bool isFromHere(const Request& request)
 {
@@ -110,8 +112,11 @@ void WebSite::identify(Visit& visit)
 {
     const auto& request = visit.request;
     visit.query = formValues(request.query);
-    if (visit.isPost())
+    if (visit.isPost()) {
+        if (request.body.size() > longestForm)
+            throw Refusal{413, "A form is short"};
         visit.form = formValues(request.body);
+    }
     visit.visitToken = cookie(request, visitCookie);
     if (visit.visitToken.empty()) {
         visit.visitToken = randomToken();
@@ -119,10 +124,12 @@ void WebSite::identify(Visit& visit)
     }
     visit.sessionToken = cookie(request, sessionCookie);
     if (!visit.sessionToken.empty())
-        visit.visitor = visit.database.first<Visitor>(
-            "SELECT users.id, email, display_name, time_zone, language FROM web_sessions "
-            "JOIN users ON users.id = web_sessions.user_id WHERE digest = ? AND expires_at > ?",
-            digestOf(visit.sessionToken), visit.now);
+        visit.visitor = visit.database.inSnapshot([&] {
+            return visit.database.first<Visitor>(
+                "SELECT users.id, email, display_name, time_zone, language FROM web_sessions "
+                "JOIN users ON users.id = web_sessions.user_id WHERE digest = ? AND expires_at > ?",
+                digestOf(visit.sessionToken), visit.now);
+        });
     if (!visit.visitor)
         visit.sessionToken.clear();
 
@@ -156,8 +163,10 @@ Response WebSite::page(
         data.set("email", visit.visitor->email);
     }
     PageData languages{PageData::type::list};
-    // A page that answers a form has no address of its own to come back to.
-    const auto path = visit.isPost() && visit.visitor ? "/" : visit.request.path;
+    // A page that answers a form has no address of its own to come back to, and one that isn't there could be made to
+    // look like another site's.
+    const bool hasAddress = status != 404 && !(visit.isPost() && visit.visitor);
+    const auto path = hasAddress ? visit.request.path : "/";
     for (const auto& [code, label] : {std::pair{"en", "English"}, std::pair{"tr", "Türkçe"}}) {
         auto query = visit.isPost() ? std::map<std::string, std::string>{} : visit.query;
         query["lang"] = code;
@@ -212,7 +221,8 @@ Response WebSite::failure(Visit& visit, int status) const
     case 429:
         return message(visit, "isError", "errorHeading", "errorTooManyTries", status);
     case 400:
-        return message(visit, "isError", "errorHeading", "errorFormExpired", status);
+    case 413:
+        return message(visit, "isError", "errorHeading", "errorRequest", status);
     default:
         return message(visit, "isError", "errorServerHeading", "errorServer", status);
     }

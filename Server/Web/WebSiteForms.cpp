@@ -17,7 +17,9 @@ constexpr int signUpsPerAddress = 30; // in 15 minutes
 /// A path of this site to go on to: never another site's address.
 std::string ownPath(const std::string& next)
 {
-    const bool isOwn = next.starts_with('/') && !next.starts_with("//") && next.find('\\') == std::string::npos &&
+    constexpr std::size_t longest = 2000; // bytes, in a header
+    const bool isOwn = next.size() <= longest && next.starts_with('/') && !next.starts_with("//") &&
+        next.find('\\') == std::string::npos &&
         std::ranges::none_of(next, [](unsigned char letter) { return letter < ' '; });
     return isOwn ? next : "/";
 }
@@ -103,7 +105,7 @@ std::optional<std::string> WebSite::userWithPassword(Visit& visit)
     const auto email = normalizedEmail(visit.value("email"));
     Attempts attempts{database, "password"};
     const auto attempt =
-        database.inTransaction([&] { return attempts.take({email, visit.request.address}, visit.now); });
+        database.inTransaction([&] { return attempts.take({email, networkOf(visit.request.address)}, visit.now); });
     if (!attempt)
         throw Refusal{429, "Too many tries"};
     const auto known = database.inSnapshot([&] { return credentialsOf(database, email); });
@@ -138,7 +140,9 @@ Response WebSite::signUp(Visit& visit)
     if (const auto fault = faultOf(form))
         return formAgain(visit, "signup", "titleSignUp", textKeyOf(*fault), 400);
     const bool isAllowed = database.inTransaction([&] {
-        return Attempts{database, "sign-up", signUpsPerAddress}.take({visit.request.address}, visit.now).has_value();
+        return Attempts{database, "sign-up", signUpsPerAddress}
+            .take({networkOf(visit.request.address)}, visit.now)
+            .has_value();
     });
     if (!isAllowed)
         return formAgain(visit, "signup", "titleSignUp", "errorTooManyTries", 429);
@@ -183,7 +187,7 @@ Response WebSite::invite(Visit& visit)
     std::string fault;
     const auto connection = database.inTransaction([&]() -> std::optional<SharingConnection> {
         Attempts attempts{database, "sharing-code"};
-        const auto attempt = attempts.take({userId, visit.request.address}, visit.now);
+        const auto attempt = attempts.take({userId, networkOf(visit.request.address)}, visit.now);
         fault = attempt ? "" : "errorTooManyTries";
         if (!attempt)
             return std::nullopt;
@@ -207,7 +211,7 @@ std::expected<WaitingDevice, std::string> WebSite::waitingDevice(Visit& visit, c
     auto& database = visit.database;
     return database.inTransaction([&]() -> std::expected<WaitingDevice, std::string> {
         Attempts attempts{database, "user-code"};
-        const auto attempt = attempts.take({visit.visitor->id, visit.request.address}, visit.now);
+        const auto attempt = attempts.take({visit.visitor->id, networkOf(visit.request.address)}, visit.now);
         if (!attempt)
             return std::unexpected{"errorTooManyTries"};
         const auto device = DeviceCodes{database}.waiting(code, visit.now);

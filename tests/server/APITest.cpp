@@ -47,6 +47,12 @@ TEST_P(APITest, whatCannotBeDoneIsRefusedWithTheRightStatus)
         {"POST", "/screen-time/daily", R"({"date":"2026-13-01","totalMinutes":1})", 400},
         {"POST", "/screen-time/daily", R"({"date":"2026-01-17","totalMinutes":1})", 400},
         {"POST", "/guardian/tampering", R"({"eventType":"x"})", 400},
+        {"POST", "/screen-time/daily",
+            R"({"date":"2026-01-15","totalMinutes":1,"appUsage":[{"identifier":"a","minutes":9223372036854775807}]})",
+            400},
+        {"POST", "/screen-time/daily", R"({"date":"2026-01-15","totalMinutes":1,"pickupCount":-1})", 400},
+        {"POST", "/tasks/x/reject", R"({"reason":")" + std::string(6000, 'a') + R"("})", 400},
+        {"POST", "/auth/refresh", std::string(5000, ' '), 413},
         {"POST", "/devices", R"({"deviceName":" ","platform":"macos"})", 400},
         {"POST", "/tasks", R"({"title":"","rewardMinutes":1,"repeatType":"once","requiresProof":false})", 400},
         {"POST", "/tasks", R"({"title":"a","rewardMinutes":-1,"repeatType":"once","requiresProof":false})", 400},
@@ -61,6 +67,22 @@ TEST_P(APITest, whatCannotBeDoneIsRefusedWithTheRightStatus)
         EXPECT_TRUE(reply.body["error"].is_string());
     }
     EXPECT_THAT(log.lines, testing::IsEmpty());
+}
+
+TEST_P(APITest, accountHoldsSoMuchAndNoMore)
+{
+    const auto ada = signUp("ada");
+    database.inTransaction([&] {
+        for (int number = 0; number < 500; ++number)
+            database.execute("INSERT INTO block_rules (id, user_id, enabled, custom_domains, excluded_domains, "
+                             "unblock_policy, created_at, updated_at) VALUES (?, ?, 1, '[]', '[]', '', 0, 0)",
+                std::to_string(number), ada.id);
+    });
+    json rule{{"id", ""}, {"enabled", true}, {"customDomains", json::array()}, {"excludedDomains", json::array()},
+        {"unblockPolicy", "flexible"}};
+    EXPECT_EQ(call(ada, "POST", "/block-rules", rule).status, 409);
+    rule["customName"] = std::string(201, 'a');
+    EXPECT_EQ(call(ada, "POST", "/block-rules", rule).status, 400);
 }
 
 TEST_P(APITest, strangersObjectsAreNotThere)
@@ -139,9 +161,13 @@ TEST_P(APITest, operatorsSwitchboardIsFollowedAndSurvivesABrokenFile)
     write("[app-config]\nmaintenance-mode = true\nmaintenance-message = \"Back at ten\"\n");
     const auto raised = json::parse(R"({"maintenanceMode":true,"maintenanceMessage":"Back at ten"})");
     EXPECT_EQ(call({}, "GET", "/app-config").body, raised);
-    write("[app-config]\nmaintenance-mode = tr");
-    EXPECT_EQ(call({}, "GET", "/app-config").body, raised);
-    EXPECT_EQ(log.lines.size(), 1);
+    for (const auto* broken : {"[app-config]\nmaintenance-mode = tr", "[app-config]\nmaintenance-mode = \"no\"",
+             "[app-config]\nmaintenance_mode = false"}) {
+        log.lines.clear();
+        write(broken);
+        EXPECT_EQ(call({}, "GET", "/app-config").body, raised) << broken;
+        EXPECT_EQ(log.lines.size(), 1);
+    }
     write("[app-config]\nminimum-version = \"2.0\"\n");
     EXPECT_EQ(call({}, "GET", "/app-config").body, json::parse(R"({"maintenanceMode":false,"minVersion":"2.0"})"));
 }

@@ -211,6 +211,35 @@ TEST_P(FamilyTest, taskGoesFromPendingToJudgedAndOnlyBetweenTheTwo)
         404);
 }
 
+TEST_P(FamilyTest, guardianOfOnesOwnMakingEarnsNothing)
+{
+    const auto connection = link(ada, grace);
+    const auto puppet = signUp("puppet");
+    const std::string early = call(grace, "POST", "/sharing/generate").body["code"];
+    EXPECT_EQ(setMode(connection, "permanent"), 200);
+    EXPECT_EQ(call(puppet, "POST", "/sharing/link", {{"code", early}}).status, 404);
+    EXPECT_EQ(call(grace, "POST", "/sharing/generate").status, 403);
+    EXPECT_EQ(setMode(connection, "flexible"), 200);
+
+    // Nor does one who was a guardian when they gave the task.
+    const auto other = link(puppet, grace);
+    const std::string id = call(puppet, "POST", "/guardian/connections/" + other + "/tasks", task(600)).body["id"];
+    call(grace, "POST", "/tasks/" + id + "/complete", json::object());
+    EXPECT_EQ(call(grace, "DELETE", "/sharing/connections/" + other).status, 200);
+    EXPECT_EQ(call(puppet, "POST", "/tasks/" + id + "/approve").status, 403);
+}
+
+TEST_P(FamilyTest, bypassIsToldWhateverTheAppIsCalled)
+{
+    const auto connection = link(ada, grace);
+    std::string name;
+    for (int letter = 0; letter < 600; ++letter)
+        name += "ş";
+    const json report{{"eventType", "bypass_attempt"}, {"details", "a" + name}};
+    EXPECT_EQ(call(grace, "POST", "/guardian/tampering", report).status, 200);
+    EXPECT_EQ(feed(connection).size(), 1);
+}
+
 TEST_P(FamilyTest, repeatingTaskComesAgainOnTheNextDay)
 {
     const auto connection = link(ada, grace);

@@ -124,6 +124,8 @@ TEST_P(WebSiteTest, whatPeopleTypeIsShownAndNeverRun)
     EXPECT_EQ(visit("GET", "/device?user_code=%ff").status, 400);
     EXPECT_EQ(visit("GET", "/assets/../pages/home.html").status, 404);
     EXPECT_EQ(visit("GET", "/v2").status, 404);
+    EXPECT_THAT(visit("GET", "//evil.example/").body, Not(HasSubstr("evil.example")));
+    EXPECT_EQ(visit("POST", "/time-zone", std::string(20'000, 'a')).status, 413);
     EXPECT_EQ(visit("PUT", "/").status, 405);
     EXPECT_THAT(visit("PUT", "/device").headers, testing::Contains(testing::Pair("Allow", "GET, POST")));
 }
