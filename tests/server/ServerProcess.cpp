@@ -43,7 +43,7 @@ ServerProcess::ServerProcess(std::string database)
         m_database = folder() / "stillgate.db";
     else
         arguments += {"--database", text(m_database)};
-    m_process.setStandardErrorFile(text(folder() / "server.log"), QProcess::Append);
+    m_process.setStandardErrorFile(text(m_folder.path() / "server.log"), QProcess::Append);
     // A test that crashes leaves no server behind.
     m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(STILLGATE_SERVER_PROGRAM, arguments);

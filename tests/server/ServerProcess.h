@@ -35,7 +35,7 @@ public:
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
 
-    [[nodiscard]] const std::filesystem::path& folder() const { return m_folder.path(); }
+    [[nodiscard]] std::filesystem::path folder() const { return m_folder.path() / "deployment"; }
 
     /// Path or URL, as server::Database takes it.
     [[nodiscard]] const std::string& database() const { return m_database; }
@@ -51,7 +51,7 @@ public:
     [[nodiscard]] std::string authority() const { return fileBytes(folder() / "authority.pem"); }
 
     /// What the server has written to standard error.
-    [[nodiscard]] std::string log() const { return fileBytes(folder() / "server.log"); }
+    [[nodiscard]] std::string log() const { return fileBytes(m_folder.path() / "server.log"); }
 
     /// Puts accounts with one device each straight into the database, whether the server runs or not: the way through
     /// the web site hashes passwords, which takes long.
