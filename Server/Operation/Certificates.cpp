@@ -208,4 +208,13 @@ std::vector<std::string> hostsOf(const std::string& certificatePEM)
     return hosts;
 }
 
+std::chrono::days daysLeft(const std::string& certificatePEM, Date now)
+{
+    const auto certificate = certificateOf(certificatePEM);
+    std::tm end{};
+    check(ASN1_TIME_to_tm(X509_get0_notAfter(certificate.get()), &end));
+    const auto left = std::chrono::system_clock::from_time_t(::timegm(&end)) - now;
+    return std::chrono::floor<std::chrono::days>(left);
+}
+
 } // namespace stillgate::server

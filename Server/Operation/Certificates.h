@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Models/Date.h"
+
 #include <memory>
 #include <openssl/types.h>
 #include <string>
@@ -39,5 +41,8 @@ private:
 
 /// The host names and addresses that a certificate is for.
 [[nodiscard]] std::vector<std::string> hostsOf(const std::string& certificatePEM);
+
+/// How long a certificate is still valid; negative if it isn't any more. Throws std::runtime_error if it is none.
+[[nodiscard]] std::chrono::days daysLeft(const std::string& certificatePEM, Date now);
 
 } // namespace stillgate::server

@@ -2,9 +2,11 @@
 
 #include "HTTP/HTTPServer.h"
 #include "Operation/Backend.h"
+#include "Operation/Certificates.h"
 #include "Operation/WorkerPool.h"
 
 #include <condition_variable>
+#include <fstream>
 #include <iostream>
 #include <mutex>
 #include <sys/resource.h>
@@ -75,6 +77,18 @@ std::uint16_t listen(HTTPServer& server, const Configuration& configuration)
     }
 }
 
+/// Renewed or not, it is the operator's doing: nothing else tells them in time.
+void warnOfExpiry(const std::filesystem::path& certificate, Date now, Log& log)
+{
+    constexpr std::chrono::days soon{30};
+    std::ifstream file{certificate};
+    const std::string pem{std::istreambuf_iterator{file}, {}};
+    const auto left = daysLeft(pem, now);
+    if (left < soon)
+        log.write("[Server] The certificate expires in " + std::to_string(left.count()) +
+            " days: stillgate-server renew-certificate, or a new one of its authority");
+}
+
 } // namespace
 
 void serve(const Configuration& configuration, const std::filesystem::path& file, const Clock& clock, Log& log)
@@ -98,6 +112,7 @@ void serve(const Configuration& configuration, const std::filesystem::path& file
     Answering actual{.backend = {{.configurationFile = file, .webSite = webSite}, clock, log},
         .pool = {workers, configuration.database}};
     answering = &actual;
+    warnOfExpiry(configuration.certificate, clock.now(), log);
 
     std::cout << "Listening on https://" << configuration.address << ':' << port << "\nThe web site is at " << webSite
               << std::endl;

@@ -281,6 +281,9 @@ Response WebSite::setTimeZone(Visit& visit)
     const auto timeZone = visit.value("timeZone");
     if (!isTimeZone(timeZone))
         return message(visit, "isError", "errorHeading", "errorTimeZone", 400);
+    // THREAT: a new day somewhere else is a new day's limit.
+    if (visit.database.inSnapshot([&] { return isHeldPermanently(visit.database, visit.visitor->id); }))
+        return message(visit, "isDenied", "errorHeading", "errorTimeZoneHeld", 403);
     visit.database.inTransaction(
         [&] { visit.database.execute("UPDATE users SET time_zone = ? WHERE id = ?", timeZone, visit.visitor->id); });
     return redirection("/?notice=time-zone");

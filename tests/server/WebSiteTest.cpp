@@ -154,6 +154,19 @@ TEST_P(WebSiteTest, fiveWrongPasswordsAreEnoughForAWhile)
     EXPECT_EQ(signInHere("ten letters").status, 303);
 }
 
+TEST_P(WebSiteTest, timeZoneStaysInAPermanentConnection)
+{
+    signUpHere("Ada");
+    EXPECT_EQ(send("/time-zone", {{"timeZone", "Mars/Olympus"}}).status, 400);
+    EXPECT_EQ(send("/time-zone", {{"timeZone", "Pacific/Auckland"}}).status, 303);
+    const auto guardian = signUp("guardian");
+    database.execute("INSERT INTO connections (id, controller_user_id, controlled_user_id, daily_limit_minutes, "
+                     "flexibility_mode, created_at) SELECT 'a', ?, id, 0, 'permanent', 0 FROM users "
+                     "WHERE email = 'ada@example.org'",
+        guardian.id);
+    EXPECT_EQ(send("/time-zone", {{"timeZone", "UTC"}}).status, 403);
+}
+
 TEST_P(WebSiteTest, accountsAreChecked)
 {
     const auto status = [&](const char* name, const char* email, const char* password) {
