@@ -36,8 +36,10 @@ std::string withQuery(const std::string& path, const std::map<std::string, std::
     for (const auto& [name, value] : query) {
         if (value.empty())
             continue;
-        const auto encoded = QByteArray::fromStdString(value).toPercentEncoding().toStdString();
-        address += separator + name + '=' + encoded;
+        address += separator;
+        address += name;
+        address += '=';
+        address += QByteArray::fromStdString(value).toPercentEncoding().toStdString();
         separator = '&';
     }
     return address;
