@@ -12,8 +12,6 @@ namespace stillgate::test
 namespace
 {
 
-using testing::ElementsAre;
-
 class Operation : public testing::Test
 {
 protected:
