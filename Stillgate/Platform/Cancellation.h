@@ -18,7 +18,7 @@ public:
     [[nodiscard]] bool isCancelled() const { return m_state && m_state->isCancelled; }
 
     /// Calls back on a later cancellation, while the registration lives.
-    [[nodiscard]] std::unique_ptr<Observation> onCancel(Observers::Observer action) const
+    [[nodiscard]] std::unique_ptr<Observation> onCancel(Observers<>::Observer action) const
     {
         return m_state ? m_state->observers.add(std::move(action)) : nullptr;
     }
@@ -29,7 +29,7 @@ private:
     struct State
     {
         bool isCancelled = false;
-        Observers observers;
+        Observers<> observers;
     };
 
     explicit CancellationToken(std::shared_ptr<State> state)

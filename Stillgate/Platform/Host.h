@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Models/Date.h"
+
 #include <string>
 
 namespace stillgate
 {
 
-/// The machine.
+/// The machine, and how its user has set it up.
 class Host
 {
 public:
@@ -13,6 +15,12 @@ public:
 
     /// Its name, as `hostname` gives it; empty if it has none.
     [[nodiscard]] virtual std::string name() const = 0;
+
+    /// ISO 639-1 code of the language that the user reads texts in: "en"; empty if none is set.
+    [[nodiscard]] virtual std::string languageCode() const = 0;
+
+    /// The first moment of the calendar day, in the machine's time zone, that the moment belongs to.
+    [[nodiscard]] virtual Date startOfDay(Date moment) const = 0;
 };
 
 } // namespace stillgate

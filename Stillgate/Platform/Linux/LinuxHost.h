@@ -9,6 +9,8 @@ class LinuxHost final : public Host
 {
 public:
     [[nodiscard]] std::string name() const override;
+    [[nodiscard]] std::string languageCode() const override;
+    [[nodiscard]] Date startOfDay(Date moment) const override;
 };
 
 } // namespace stillgate

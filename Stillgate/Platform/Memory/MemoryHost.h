@@ -5,10 +5,17 @@
 namespace stillgate
 {
 
+/// A machine in UTC.
 class MemoryHost final : public Host
 {
 public:
     [[nodiscard]] std::string name() const override { return "workbench"; }
+
+    [[nodiscard]] std::string languageCode() const override { return language; }
+
+    [[nodiscard]] Date startOfDay(Date moment) const override { return std::chrono::floor<std::chrono::days>(moment); }
+
+    std::string language = "en";
 };
 
 } // namespace stillgate
