@@ -14,9 +14,16 @@ namespace
 constexpr std::int64_t minutesOfADay = 24 * 60;
 constexpr int oldestReport = 31; ///< days: a device that was offline for a holiday still tells what it counted
 
+/// A moment stands for the day of its receipt, as a usage report does: the device's clock may be wrong. A plain day is
+/// meant as it is told.
+std::string dayOfReport(const std::string& date, const std::string& today)
+{
+    return dateFromISO8601(date) ? today : date;
+}
+
 void checkDay(const DailyScreenTime& day, const std::string& today)
 {
-    require(isDay(day.date), "date: YYYY-MM-DD");
+    require(isDay(day.date), "date: YYYY-MM-DD, or a date-time of RFC 3339");
     require(
         day.date >= dayAfter(today, -oldestReport) && day.date <= dayAfter(today, 1), "date: too long ago, or ahead");
     requireCount(day.totalMinutes, minutesOfADay, "totalMinutes");
@@ -55,8 +62,10 @@ Response reportUsage(Call& call)
 
 Response storeDay(Call& call)
 {
-    const auto day = call.body<DailyScreenTime>();
-    checkDay(day, dayOf(call.now, call.account.timeZone));
+    auto day = call.body<DailyScreenTime>();
+    const auto today = dayOf(call.now, call.account.timeZone);
+    day.date = dayOfReport(day.date, today);
+    checkDay(day, today);
     call.database.execute(
         "INSERT INTO daily_screen_time (user_id, device_id, date, total_minutes, pickup_count, app_usage, "
         "category_totals, created_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (user_id, date, device_id) "

@@ -11,6 +11,9 @@ namespace
 /// How long a start waits for the configuration check: a backend that hangs must not hold up the blocks.
 constexpr auto longestConfigurationWait = 2s;
 
+constexpr auto onboardingSetting = "sg_onboarding_complete";
+constexpr auto deviceSetting = "sg_current_device_id";
+
 /// A field takes the answer, or becomes empty on failure.
 template <class Field, class T>
 void takeOrEmpty(const CancellationToken& session, Field& field, Result<T> answer)
@@ -30,10 +33,11 @@ AppState::AppState(const AppServices& services)
     , m_cache(services.files, services.log)
     , m_categoryDomains(services.files, services.bundle)
     , m_enforcement(services.files, services.hostsFile, services.monitor)
-    , m_heartbeat(*this, services.backend, services.monitor, services.tracker, services.scheduler)
+    , m_heartbeat(*this, services.backend, services.monitor, services.tracker, services.scheduler,
+          [this] { runDetached(refreshData()); })
     , m_configuration(*this, services.backend, services.bundle, services.scheduler, services.log)
 {
-    isOnboarding = !services.defaults.boolean("sg_onboarding_complete");
+    isOnboarding = !services.defaults.boolean(onboardingSetting);
     m_forceLogout = services.notifications.observe(sgForceLogout, [this] { logoutSoon(); });
     m_pinningFailed = services.notifications.observe(sgCertificatePinningFailed, [this] {
         m_services.log.write("[AppState] Certificate pinning failed — forcing logout for safety");
@@ -75,10 +79,12 @@ Task<> AppState::bootstrap()
     co_await loadRest(session);
     if (session.isCancelled())
         co_return;
-    currentDeviceId = ownDeviceId(devices);
+    takeOwnDevice();
     syncBlockingState();
     m_cache.save(*this);
     startTimersAndTracking();
+    // A start doesn't ask for everything: a guardian's rules come with a refresh.
+    runDetached(refreshData());
 }
 
 /// What a start needs, one after the other. On failure, what came before has been taken.
@@ -198,6 +204,12 @@ Task<> AppState::reloadRest(CancellationToken session)
     knowsGuardian = !session.isCancelled();
 }
 
+void AppState::finishOnboarding()
+{
+    m_services.defaults.setBoolean(onboardingSetting, true);
+    isOnboarding = false;
+}
+
 void AppState::logout()
 {
     m_session.cancel();
@@ -255,8 +267,16 @@ void AppState::loadFromCache()
 {
     if (!m_cache.load(*this))
         return;
-    currentDeviceId = ownDeviceId(devices);
+    takeOwnDevice();
     syncBlockingState();
+}
+
+/// The usage tracker reads the setting: its reports name the device.
+void AppState::takeOwnDevice()
+{
+    currentDeviceId = ownDeviceId(devices);
+    if (currentDeviceId && m_services.defaults.string(deviceSetting) != currentDeviceId)
+        m_services.defaults.setString(deviceSetting, *currentDeviceId);
 }
 
 void AppState::startTimersAndTracking()

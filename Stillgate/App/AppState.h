@@ -43,6 +43,9 @@ public:
     /// Loads the session's data again; does nothing when signed out.
     [[nodiscard]] Task<> refreshData();
 
+    /// The first-run flow is over, or left for the sign-in; it doesn't come again.
+    void finishOnboarding();
+
     /// Ends the session, with its blocks. What the session still waits for is cancelled, and changes nothing more.
     void logout();
 
@@ -60,6 +63,7 @@ private:
         std::string_view call, Error error, const CancellationToken& session);
     void goOffline(const Error& reason);
     void loadFromCache();
+    void takeOwnDevice();
     void startTimersAndTracking();
     void logoutSoon();
 

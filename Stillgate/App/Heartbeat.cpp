@@ -13,13 +13,14 @@ constexpr std::int64_t leastReportedMinutes = 5;
 
 } // namespace
 
-Heartbeat::Heartbeat(
-    SessionData& session, Backend& backend, AppMonitor& monitor, UsageTracker& tracker, Scheduler& scheduler)
+Heartbeat::Heartbeat(SessionData& session, Backend& backend, AppMonitor& monitor, UsageTracker& tracker,
+    Scheduler& scheduler, std::function<void()> afterBeat)
     : m_session(session)
     , m_backend(backend)
     , m_monitor(monitor)
     , m_tracker(tracker)
     , m_scheduler(scheduler)
+    , m_afterBeat(std::move(afterBeat))
 {}
 
 void Heartbeat::start()
@@ -38,15 +39,21 @@ void Heartbeat::stop()
 Task<> Heartbeat::beat()
 {
     const auto running = m_running.token();
+    co_await report();
+    if (const auto budget = co_await m_backend.getScreenTimeBudget(running)) {
+        m_session.budget = *budget;
+        m_monitor.updateBudget(*budget);
+    }
+    if (!running.isCancelled())
+        m_afterBeat();
+}
+
+Task<> Heartbeat::report()
+{
     if (const auto deviceId = m_session.currentDeviceId)
         (void)co_await m_backend.sendHeartbeat(*deviceId, m_monitor.blockedAppAttempts());
-    (void)co_await m_backend.reportUsage(std::max(m_tracker.todayTotal(), leastReportedMinutes));
+    (void)co_await m_backend.reportUsage(std::max(m_tracker.minutesToday(), leastReportedMinutes));
     co_await m_tracker.reportToBackend();
-    const auto budget = co_await m_backend.getScreenTimeBudget(running);
-    if (!budget) // also when the session has ended meanwhile
-        co_return;
-    m_session.budget = *budget;
-    m_monitor.updateBudget(*budget);
 }
 
 } // namespace stillgate

@@ -14,7 +14,9 @@ namespace stillgate
 class Heartbeat
 {
 public:
-    Heartbeat(SessionData& session, Backend& backend, AppMonitor& monitor, UsageTracker& tracker, Scheduler& scheduler);
+    /// `afterBeat` is called when a beat is over, unless the session is over too.
+    Heartbeat(SessionData& session, Backend& backend, AppMonitor& monitor, UsageTracker& tracker, Scheduler& scheduler,
+        std::function<void()> afterBeat);
 
     /// The first beat comes 300 seconds from now; replaces an earlier timer.
     void start();
@@ -22,12 +24,14 @@ public:
 
 private:
     [[nodiscard]] Task<> beat();
+    [[nodiscard]] Task<> report();
 
     SessionData& m_session;
     Backend& m_backend;
     AppMonitor& m_monitor;
     UsageTracker& m_tracker;
     Scheduler& m_scheduler;
+    std::function<void()> m_afterBeat;
     std::unique_ptr<Timer> m_heartbeatTimer;
     CancellationSource m_running; ///< of the beats since the last start
 };

@@ -1,24 +1,32 @@
-#include "App/AppState.h"
+#include "App/AppDelegate.h"
 #include "App/CommandLine.h"
-#include "Backend/APIService.h"
+#include "App/Engine.h"
+#include "App/TerminalSignIn.h"
 #include "Backend/BaseURL.h"
-#include "Backend/SecureSession.h"
-#include "Blocking/AbsentDNSProxy.h"
-#include "Blocking/PassiveAppMonitor.h"
+#include "Localization/L.h"
 #include "Platform/HostsBlock.h"
 #include "Platform/Linux/Deployment.h"
+#include "Platform/Linux/Desktop/AbsentWorkspace.h"
+#include "Platform/Linux/Desktop/X11Workspace.h"
 #include "Platform/Linux/JSONUserDefaults.h"
 #include "Platform/Linux/LinuxBundle.h"
 #include "Platform/Linux/LinuxChildProcess.h"
+#include "Platform/Linux/LinuxClock.h"
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/LinuxHost.h"
 #include "Platform/Linux/LinuxScheduler.h"
 #include "Platform/Linux/ScriptHostsFileWriter.h"
+#include "Platform/Linux/Shell/BusSingleInstance.h"
+#include "Platform/Linux/Shell/PortalDisplayPreferences.h"
+#include "Platform/Linux/Shell/TrayStatusItem.h"
 #include "Platform/Linux/StandardErrorLog.h"
 #include "Platform/Linux/TerminationSignals.h"
-#include "ScreenTime/IdleUsageTracker.h"
+#include "Views/Windows/CommandKeys.h"
+#include "Views/Windows/QuickWindows.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QLocale>
+#include <QQuickWindow>
 
 #include <csignal>
 #include <cstdlib>
@@ -31,18 +39,50 @@ namespace stillgate
 namespace
 {
 
+std::unique_ptr<Workspace> workspaceOn(DesktopEntries& entries, Scheduler& scheduler, Log& log)
+{
+    if (auto connection = X11Connection::open())
+        return std::make_unique<X11Workspace>(std::move(connection), entries, scheduler, log);
+    return std::make_unique<AbsentWorkspace>(entries, log);
+}
+
 /// What is there before anything is known about the backend.
-struct Machine
+struct LinuxMachine
 {
     Deployment deployment = builtInDeployment();
     StandardErrorLog log;
     LinuxBundle bundle{deployment};
     LinuxFileManager files;
+    LinuxClock clock;
     LinuxScheduler scheduler;
     LinuxHost host;
     LinuxChildProcess children;
     NotificationCenter notifications;
     JSONUserDefaults defaults{JSONUserDefaults::standardFile(), files, log};
+    ScriptHostsFileWriter hostsFileWriter{hostsPath, files, children, host};
+    DesktopEntries desktopEntries{DesktopEntries::standardDataFolders()};
+    std::unique_ptr<Workspace> workspace = workspaceOn(desktopEntries, scheduler, log);
+    LocalizationManager texts{bundle, files, defaults, host};
+
+    LinuxMachine()
+    {
+        ProcessTexts::use(texts);
+        QLocale::setDefault(QLocale{QString::fromStdString(texts.locale())});
+    }
+
+    [[nodiscard]] Machine machine()
+    {
+        return {.bundle = bundle,
+            .files = files,
+            .log = log,
+            .notifications = notifications,
+            .clock = clock,
+            .scheduler = scheduler,
+            .defaults = defaults,
+            .host = host,
+            .hostsFileWriter = hostsFileWriter,
+            .workspace = *workspace};
+    }
 };
 
 std::optional<std::string> environmentValue(const char* name)
@@ -51,80 +91,153 @@ std::optional<std::string> environmentValue(const char* name)
     return value != nullptr ? std::optional<std::string>{value} : std::nullopt;
 }
 
-std::optional<std::string> baseURLOn(Machine& machine)
+std::optional<std::string> baseURLOn(LinuxMachine& linux)
 {
     return resolveBaseURL(
         {
             environmentValue("STILLGATE_API_BASE_URL"),
-            machine.defaults.string("sg_api_base_url"),
-            machine.bundle.infoValue("STILLGATE_API_BASE_URL"),
+            linux.defaults.string("sg_api_base_url"),
+            linux.bundle.infoValue("STILLGATE_API_BASE_URL"),
         },
-        machine.log);
+        linux.log);
 }
 
-/// One of everything, for a machine of which only files and processes are known.
-struct HeadlessEngine
+/// The machine with its engine, for as long as the process lives.
+struct Program
 {
-    Machine& machine;
-    std::string baseURL;
+    LinuxMachine linux;
+    std::unique_ptr<Engine> engine; ///< null: no backend is configured, which has been said
 
-    KeychainService keychain{machine.files};
-    SecureSession session{{machine.deployment.pinnedHashes, machine.deployment.trustAnchor}, machine.notifications,
-        machine.scheduler, machine.log};
-    APIService backend{baseURL, session, keychain, machine.notifications};
-    ScriptHostsFileWriter hostsFileWriter{hostsPath, machine.files, machine.children, machine.host};
-    HostsFileService hostsFile{hostsFileWriter, machine.files, machine.defaults, machine.host, machine.log};
-    PassiveAppMonitor monitor;
-    IdleUsageTracker tracker;
-    AbsentDNSProxy dnsProxy;
-
-    AppState state{{
-        .backend = backend,
-        .hostsFile = hostsFile,
-        .monitor = monitor,
-        .tracker = tracker,
-        .dnsProxy = dnsProxy,
-        .bundle = machine.bundle,
-        .files = machine.files,
-        .log = machine.log,
-        .notifications = machine.notifications,
-        .scheduler = machine.scheduler,
-        .defaults = machine.defaults,
-    }};
-
-    Task<> start()
+    Program()
     {
-        co_await state.bootstrap();
-        if (state.isOnboarding)
-            machine.log.write("[Stillgate] Not set up yet; nothing to enforce");
-        else if (!state.isAuthenticated)
-            machine.log.write("[Stillgate] Nobody is signed in; nothing to enforce");
-    }
-
-    /// The blocks stay. A write that is under way comes to its end first.
-    Task<> stop()
-    {
-        monitor.stopMonitoring();
-        tracker.stopTracking();
-        co_await hostsFile.settled();
-        QCoreApplication::quit();
+        const auto baseURL = baseURLOn(linux);
+        if (!baseURL) {
+            std::cerr << noBaseURLMessage << '\n';
+            return;
+        }
+        const auto& deployment = linux.deployment;
+        engine = std::unique_ptr<Engine>{new Engine{
+            .machine = linux.machine(),
+            .baseURL = *baseURL,
+            .trust = {deployment.pinnedHashes, deployment.trustAnchor},
+        }};
     }
 };
+
+/// Requests may be under way, and Qt would wait for the look-up of a name, which nothing can cut short.
+[[noreturn]] void runUntilQuit()
+{
+    std::quick_exit(QCoreApplication::exec());
+}
+
+Task<> startHeadless(Engine* engine)
+{
+    co_await engine->state.bootstrap();
+    auto& log = engine->machine.log;
+    if (engine->state.isAuthenticated)
+        engine->runner.startServices();
+    else if (engine->state.isOnboarding)
+        log.write("[Stillgate] Not set up yet; nothing to enforce");
+    else
+        log.write("[Stillgate] Nobody is signed in; nothing to enforce");
+}
+
+Task<> stopHeadless(Engine* engine, int status)
+{
+    co_await engine->runner.applicationWillTerminate();
+    QCoreApplication::exit(status);
+}
 
 int runHeadless(int argc, char** argv)
 {
     QCoreApplication application{argc, argv};
-    Machine machine;
-    const auto baseURL = baseURLOn(machine);
-    if (!baseURL) {
-        std::cerr << noBaseURLMessage << '\n';
+    Program program;
+    if (!program.engine)
         return EX_CONFIG;
+    auto* engine = program.engine.get();
+    const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine, EX_OK)); }};
+    runDetached(startHeadless(engine));
+    runUntilQuit();
+}
+
+Task<> signInAndStop(Engine* engine, TerminalSignIn* signIn)
+{
+    const bool isSignedIn = co_await signIn->run();
+    co_await stopHeadless(engine, isSignedIn ? EX_OK : EX_TEMPFAIL);
+}
+
+int runSignIn(int argc, char** argv)
+{
+    QCoreApplication application{argc, argv};
+    Program program;
+    if (!program.engine)
+        return EX_CONFIG;
+    auto* engine = program.engine.get();
+    const auto& machine = engine->machine;
+    const auto openNothing = [](const std::string&) {}; // the link is printed
+    DeviceAuthorization authorization{
+        engine->state, engine->backend, openNothing, machine.clock, machine.scheduler, machine.log};
+    TerminalSignIn signIn{engine->state, authorization, std::cout};
+    const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine, EX_TEMPFAIL)); }};
+    runDetached(signInAndStop(engine, &signIn));
+    runUntilQuit();
+}
+
+/// Nobody is to be surprised by what an environment says, unless it says it on purpose.
+void chooseRenderer()
+{
+    // Smaller and faster to the first frame, and no graphics driver stands between a user and a block screen.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        QQuickWindow::setSceneGraphBackend("software");
+}
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+        qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+int runDesktop(int argc, char** argv)
+{
+    if (!hasDisplay()) {
+        std::cerr << "stillgate: no desktop to show windows on; see stillgate --headless\n";
+        return EX_UNAVAILABLE;
     }
-    HeadlessEngine engine{.machine = machine, .baseURL = *baseURL};
-    const TerminationSignals signals{[&engine] { runDetached(engine.stop()); }};
-    runDetached(engine.start());
-    // Requests may be under way, and Qt would wait for the look-up of a name, which nothing can cut short.
-    std::quick_exit(QCoreApplication::exec());
+    chooseRenderer();
+    QApplication application{argc, argv};
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setDesktopFileName("com.stillgate.Stillgate");
+    QGuiApplication::setWindowIcon(QIcon{":/stillgate/app-icon/stillgate.svg"});
+    Program program;
+    auto& linux = program.linux;
+    BusSingleInstance instance{linux.log};
+    if (!instance.claim())
+        return EX_OK;
+    if (!program.engine)
+        return EX_CONFIG;
+    auto* engine = program.engine.get();
+    const auto& machine = engine->machine;
+
+    DeviceAuthorization authorization{engine->state, engine->backend,
+        [workspace = linux.workspace.get()](const std::string& url) { workspace->open(url); }, machine.clock,
+        machine.scheduler, machine.log};
+    TrayStatusItem statusItem{QIcon{":/stillgate/tray.svg"}};
+    PortalDisplayPreferences displayPreferences;
+    AppDelegate* delegatePointer = nullptr;
+    const auto terminate = [&delegatePointer] { delegatePointer->terminate(); };
+    QuickWindows windows{{engine->state, authorization, machine.workspace, machine.bundle, machine.notifications,
+        displayPreferences, terminate}};
+    AppDelegate delegate{engine->state,
+        {engine->runner, machine.notifications, machine.scheduler, statusItem, windows,
+            [] { QCoreApplication::quit(); }}};
+    delegatePointer = &delegate;
+
+    const auto reopened = instance.onReopen([&delegate] { delegate.applicationReopened(); });
+    const CommandKeys keys{CommandKeys::Handler{
+        [&delegate](const std::string& characters) { return delegate.handleCommandKey(characters); }}};
+    const TerminationSignals signals{terminate};
+    delegate.applicationDidFinishLaunching();
+    runUntilQuit();
 }
 
 } // namespace
@@ -137,6 +250,7 @@ int main(int argc, char** argv)
 
     // Whoever reads the log may go away; the blocks stay up all the same.
     std::signal(SIGPIPE, SIG_IGN);
+    TerminationSignals::holdBack(); // Qt's threads come with the application
 
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     const auto version = LinuxBundle{builtInDeployment()}.infoValue("CFBundleShortVersionString").value_or("");
@@ -149,5 +263,7 @@ int main(int argc, char** argv)
         std::cerr << wrong->text;
         return EX_USAGE;
     }
-    return runHeadless(argc, argv);
+    if (std::holds_alternative<SignIn>(request))
+        return runSignIn(argc, argv);
+    return std::holds_alternative<RunHeadless>(request) ? runHeadless(argc, argv) : runDesktop(argc, argv);
 }

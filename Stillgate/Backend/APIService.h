@@ -24,11 +24,11 @@ public:
 
     [[nodiscard]] bool isAuthenticated() const override { return m_pipeline.tokens().access().has_value(); }
 
-    void setTokens(std::string_view access, std::string_view refresh) { m_pipeline.tokens().set(access, refresh); }
+    void setTokens(std::string_view access, std::string_view refresh) override { m_pipeline.tokens().set(access, refresh); }
 
     // Session and account.
-    [[nodiscard]] Task<Result<DeviceCodeResponse>> requestDeviceCode();
-    [[nodiscard]] Task<Result<DeviceCodePollResponse>> pollDeviceCode(std::string deviceCode);
+    [[nodiscard]] Task<Result<DeviceCodeResponse>> requestDeviceCode() override;
+    [[nodiscard]] Task<Result<DeviceCodePollResponse>> pollDeviceCode(std::string deviceCode) override;
     [[nodiscard]] Task<Result<SGUser>> getMe(CancellationToken token) override;
     [[nodiscard]] Task<Result<UserDataExport>> exportUserData();
     [[nodiscard]] Task<Result<void>> deleteAccount();
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) override;
     [[nodiscard]] Task<Result<Streak>> getStreak(CancellationToken token) override;
     [[nodiscard]] Task<Result<ScreenTimeReport>> getScreenTimeReport(std::string period);
-    [[nodiscard]] Task<Result<void>> sendDailyScreenTime(DailyScreenTime day);
+    [[nodiscard]] Task<Result<void>> sendDailyScreenTime(DailyScreenTime day) override;
 
     // Sharing and guardians.
     [[nodiscard]] Task<Result<ScreenTimeBudget>> getScreenTimeBudget(CancellationToken token) override;
@@ -71,8 +71,8 @@ public:
         std::string connectionId, std::int64_t days);
     [[nodiscard]] Task<Result<SGTask>> assignGuardianTask(std::string connectionId, CreateTaskBody body);
     [[nodiscard]] Task<Result<std::vector<IllustrationOption>>> getIllustrations();
-    /// `eventType`: "app_deletion_attempt", "bypass_attempt".
-    [[nodiscard]] Task<Result<void>> reportTampering(std::string eventType, std::optional<std::string> details);
+    [[nodiscard]] Task<Result<void>> reportTampering(
+        std::string eventType, std::optional<std::string> details) override;
 
     // Tasks and groups.
     [[nodiscard]] Task<Result<std::vector<SGTask>>> getTasks(

@@ -28,6 +28,8 @@ public:
 
     /// Takes up the session that an earlier run has stored.
     virtual void loadTokens() = 0;
+    /// Begins a session, here and in the store.
+    virtual void setTokens(std::string_view access, std::string_view refresh) = 0;
     /// Ends the session, here and in the store.
     virtual void clearTokens() = 0;
     /// Whether there is an access token; the server may yet refuse it.
@@ -35,6 +37,9 @@ public:
 
     /// Needs no session.
     [[nodiscard]] virtual Task<Result<AppConfig>> getAppConfig() = 0;
+    /// The start of a device sign-in, and what has become of it. Neither needs a session.
+    [[nodiscard]] virtual Task<Result<DeviceCodeResponse>> requestDeviceCode() = 0;
+    [[nodiscard]] virtual Task<Result<DeviceCodePollResponse>> pollDeviceCode(std::string deviceCode) = 0;
 
     [[nodiscard]] virtual Task<Result<Streak>> getStreak(CancellationToken token) = 0;
     [[nodiscard]] virtual Task<Result<std::vector<BlockRule>>> getBlockRules(CancellationToken token) = 0;
@@ -52,6 +57,10 @@ public:
 
     [[nodiscard]] virtual Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) = 0;
     [[nodiscard]] virtual Task<Result<void>> reportUsage(std::int64_t usedMinutes) = 0;
+    [[nodiscard]] virtual Task<Result<void>> sendDailyScreenTime(DailyScreenTime day) = 0;
+    /// `eventType`: "app_deletion_attempt", "bypass_attempt".
+    [[nodiscard]] virtual Task<Result<void>> reportTampering(
+        std::string eventType, std::optional<std::string> details) = 0;
 };
 
 } // namespace stillgate

@@ -9,6 +9,8 @@ namespace stillgate
 class AbsentDNSProxy final : public DNSProxy
 {
 public:
+    [[nodiscard]] Task<bool> fullSetup() override { co_return false; }
+
     [[nodiscard]] Task<Result<void>> disable() override { co_return Result<void>{}; }
 };
 

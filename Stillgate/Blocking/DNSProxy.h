@@ -12,6 +12,9 @@ class DNSProxy
 public:
     virtual ~DNSProxy() = default;
 
+    /// Sees to it that the proxy is installed and answers; false if it can't be. A second call does no harm.
+    [[nodiscard]] virtual Task<bool> fullSetup() = 0;
+
     [[nodiscard]] virtual Task<Result<void>> disable() = 0;
 };
 

@@ -17,7 +17,14 @@ public:
 
     void updateBudget(const std::optional<ScreenTimeBudget>& budget) override { m_budget = budgetState(budget); }
 
+    void startMonitoring() override {}
+
     void stopMonitoring() override {}
+
+    [[nodiscard]] const std::string& guardianFlexibilityMode() const override
+    {
+        return m_configuration.guardianFlexibilityMode;
+    }
 
     [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 0; }
 

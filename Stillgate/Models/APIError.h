@@ -29,6 +29,12 @@ public:
     /// The session has ended: the user has to sign in again.
     static APIError unauthorized() { return {Kind::unauthorized}; }
 
+    /// The HTTP status with which the backend answered; 0 if it didn't.
+    [[nodiscard]] std::int64_t status() const { return m_status; }
+
+    /// In the words of the backend, or of the network layer; empty if neither had any.
+    [[nodiscard]] const std::string& message() const { return m_message; }
+
     /// What screens show.
     [[nodiscard]] std::string errorDescription() const;
 

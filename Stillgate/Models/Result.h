@@ -52,6 +52,9 @@ public:
 
     [[nodiscard]] bool is(const APIError& error) const;
 
+    /// Null for every other cause.
+    [[nodiscard]] const APIError* apiError() const { return std::get_if<APIError>(&m_cause); }
+
     /// The errno of a SystemFailure; 0 for every other cause.
     [[nodiscard]] int systemCode() const;
 

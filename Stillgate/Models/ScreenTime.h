@@ -40,7 +40,7 @@ struct DailyScreenTime
 {
     std::optional<std::string> userId;
     std::optional<std::string> deviceId;
-    std::string date; ///< calendar day, "2026-01-15"
+    std::string date; ///< calendar day, "2026-01-15"; on its way to the backend also the moment, as RFC 3339 text
     std::int64_t totalMinutes = 0;
     std::optional<std::int64_t> pickupCount;
     std::optional<std::vector<AppUsageEntry>> appUsage;

@@ -22,4 +22,11 @@ Task<> waitAtMost(Scheduler* scheduler, std::chrono::milliseconds limit, Task<> 
     co_await *endedOrLate;
 }
 
+Task<> waitFor(Scheduler* scheduler, std::chrono::milliseconds time)
+{
+    OneShotEvent isOver;
+    const auto timer = scheduler->once(time, [&isOver] { isOver.happen(); });
+    co_await isOver;
+}
+
 } // namespace stillgate

@@ -43,4 +43,7 @@ private:
 /// Waits for a task, but no longer than the limit; the task runs on behind it.
 Task<> waitAtMost(Scheduler* scheduler, std::chrono::milliseconds limit, Task<> task);
 
+/// Waits for a time.
+Task<> waitFor(Scheduler* scheduler, std::chrono::milliseconds time);
+
 } // namespace stillgate

@@ -17,8 +17,8 @@ public:
     virtual void startTracking() = 0;
     virtual void stopTracking() = 0;
 
-    /// Minutes of screen time today.
-    [[nodiscard]] virtual std::int64_t todayTotal() const = 0;
+    /// Minutes of screen time up to this moment, of the day that it belongs to: never those of a day that has ended.
+    [[nodiscard]] virtual std::int64_t minutesToday() = 0;
 
     /// Sends the day in detail; a failure to is no concern of the caller.
     [[nodiscard]] virtual Task<> reportToBackend() = 0;

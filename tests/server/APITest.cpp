@@ -46,6 +46,7 @@ TEST_P(APITest, whatCannotBeDoneIsRefusedWithTheRightStatus)
         {"POST", "/sharing/report-usage", R"({"usedMinutes":1e3})", 400},
         {"POST", "/screen-time/daily", R"({"date":"2026-13-01","totalMinutes":1})", 400},
         {"POST", "/screen-time/daily", R"({"date":"2026-01-17","totalMinutes":1})", 400},
+        {"POST", "/screen-time/daily", R"({"date":"2026-01-15T24:00:00Z","totalMinutes":1})", 400},
         {"POST", "/guardian/tampering", R"({"eventType":"x"})", 400},
         {"POST", "/screen-time/daily",
             R"({"date":"2026-01-15","totalMinutes":1,"appUsage":[{"identifier":"a","minutes":9223372036854775807}]})",

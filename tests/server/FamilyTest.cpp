@@ -154,6 +154,22 @@ TEST_P(FamilyTest, dayBeginsAtMidnightWhereTheAccountIs)
     EXPECT_EQ(budget(east)["usedMinutesToday"], 0);
 }
 
+TEST_P(FamilyTest, detailSentWithAMomentCountsForTheDayOfItsReceipt)
+{
+    const auto east = signUp("east", "Pacific/Auckland"); // the 16th, in its first hour
+    const char* moments[] = {"2026-01-15T11:59:59Z", "2026-01-15T23:30:00.5+05:00", "1970-01-01T00:00:00Z"};
+    int minutes = 10;
+    for (const auto* moment : moments) {
+        const auto stored =
+            call(east, "POST", "/screen-time/daily", {{"date", moment}, {"totalMinutes", ++minutes}}).status;
+        EXPECT_EQ(stored, 200) << moment;
+        const auto days = call(east, "GET", "/screen-time/report?period=month").body["days"];
+        ASSERT_EQ(days.size(), 1) << moment;
+        EXPECT_EQ(days[0]["date"], "2026-01-16") << moment;
+        EXPECT_EQ(days[0]["totalMinutes"], minutes) << moment;
+    }
+}
+
 TEST_P(FamilyTest, rewardsCountOnTheDayOfApprovalAndNotByOnesOwnWord)
 {
     const auto selfMade = [&](const Person& person) {

@@ -29,13 +29,25 @@ public:
 
     void updateBudget(const std::optional<ScreenTimeBudget>& newBudget) override { budget = newBudget; }
 
-    void stopMonitoring() override { isStopped = true; }
+    void startMonitoring() override { isMonitoring = true; }
+
+    void stopMonitoring() override
+    {
+        isMonitoring = false;
+        isStopped = true;
+    }
+
+    [[nodiscard]] const std::string& guardianFlexibilityMode() const override
+    {
+        return configuration.guardianFlexibilityMode;
+    }
 
     [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 4; }
 
     ProcessMonitorConfiguration configuration;
     int configurations = 0;
     std::optional<ScreenTimeBudget> budget;
+    bool isMonitoring = false;
     bool isStopped = false;
 };
 
@@ -46,7 +58,7 @@ public:
 
     void stopTracking() override { isTracking = false; }
 
-    [[nodiscard]] std::int64_t todayTotal() const override { return minutes; }
+    [[nodiscard]] std::int64_t minutesToday() override { return minutes; }
 
     Task<> reportToBackend() override
     {
@@ -62,12 +74,22 @@ public:
 class RecordingDNSProxy final : public DNSProxy
 {
 public:
+    Task<bool> fullSetup() override
+    {
+        ++setUps;
+        if (const auto approved = approval)
+            co_await *approved;
+        co_return false;
+    }
+
     Task<Result<void>> disable() override
     {
         ++disabled;
         co_return failure(SystemFailure{"no proxy"});
     }
 
+    int setUps = 0;
+    std::shared_ptr<OneShotEvent> approval; ///< what the set-up waits for, if there is one
     int disabled = 0;
 };
 
@@ -86,11 +108,16 @@ protected:
 
     virtual Backend& backend() { return m_backend; }
 
+    AppServices services()
+    {
+        return {backend(), m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files, m_log, m_notifications,
+            m_time, m_defaults};
+    }
+
     AppState& state()
     {
         if (!m_state)
-            m_state.emplace(AppServices{backend(), m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files,
-                m_log, m_notifications, m_time, m_defaults});
+            m_state.emplace(services());
         return *m_state;
     }
 

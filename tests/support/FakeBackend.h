@@ -20,6 +20,10 @@ public:
     std::vector<std::string> calls;
 
     Result<AppConfig> appConfig = unreachable();
+    Result<DeviceCodeResponse> deviceCode = unreachable();
+    Result<DeviceCodePollResponse> poll = unreachable();
+    std::vector<std::string> storedTokens; ///< access and refresh, of the last sign-in
+    std::vector<DailyScreenTime> reportedDays;
     Result<Streak> streak = unreachable();
     Result<std::vector<BlockRule>> blockRules = unreachable();
     Result<std::vector<SGDevice>> devices = unreachable();
@@ -31,6 +35,7 @@ public:
     Result<std::vector<SharingConnection>> connections = unreachable();
     Result<EffectiveRulesResponse> effectiveRules = unreachable();
     std::vector<std::int64_t> reportedMinutes;
+    Result<void> accepted = unreachable(); ///< what reports are answered with
     /// A call that waits goes on waiting when it is cancelled, and fails when it is released.
     bool isSlowToCancel = false;
 
@@ -56,11 +61,27 @@ public:
         authenticated = hasStoredTokens;
     }
 
+    void setTokens(std::string_view access, std::string_view refresh) override
+    {
+        storedTokens = {std::string{access}, std::string{refresh}};
+        hasStoredTokens = authenticated = true;
+    }
+
     void clearTokens() override { authenticated = hasStoredTokens = false; }
 
     [[nodiscard]] bool isAuthenticated() const override { return authenticated; }
 
     Task<Result<AppConfig>> getAppConfig() override { return answer("getAppConfig", &appConfig, {}); }
+
+    Task<Result<DeviceCodeResponse>> requestDeviceCode() override
+    {
+        return answer("requestDeviceCode", &deviceCode, {});
+    }
+
+    Task<Result<DeviceCodePollResponse>> pollDeviceCode(std::string code) override
+    {
+        return answer("pollDeviceCode " + code, &poll, {});
+    }
 
     Task<Result<Streak>> getStreak(CancellationToken token) override { return answer("getStreak", &streak, token); }
 
@@ -117,6 +138,17 @@ public:
     {
         reportedMinutes.push_back(usedMinutes);
         co_return unreachable();
+    }
+
+    Task<Result<void>> sendDailyScreenTime(DailyScreenTime day) override
+    {
+        reportedDays.push_back(std::move(day));
+        return answer("sendDailyScreenTime", &accepted, {});
+    }
+
+    Task<Result<void>> reportTampering(std::string eventType, std::optional<std::string> details) override
+    {
+        return answer("reportTampering " + eventType + ": " + details.value_or(""), &accepted, {});
     }
 
 private:

@@ -9,17 +9,29 @@ namespace stillgate
 namespace
 {
 
-FileDescriptor heldBackSignals()
+sigset_t terminationSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaddset(&signals, signal);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+FileDescriptor heldBackSignals()
+{
+    TerminationSignals::holdBack();
+    const auto signals = terminationSignals();
     return FileDescriptor{::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK)};
 }
 
 } // namespace
+
+void TerminationSignals::holdBack()
+{
+    const auto signals = terminationSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal)
     : m_signals(heldBackSignals())

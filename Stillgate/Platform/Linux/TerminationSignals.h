@@ -11,10 +11,13 @@ namespace stillgate
 
 /// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread (signalfd(2)).
 ///
-/// To be made before any other thread starts: threads inherit that the signals are held back.
+/// The signals have to be held back before any other thread starts, which inherits that.
 class TerminationSignals
 {
 public:
+    /// From now on they wait for an object of this class.
+    static void holdBack();
+
     explicit TerminationSignals(std::function<void()> onSignal);
 
 private:

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "App/AppState.h"
+
+namespace stillgate
+{
+
+/// What runs beside a session, with windows or without: it starts when a session has come up, and stops when the
+/// program ends.
+class ServiceRunner
+{
+public:
+    ServiceRunner(const AppState& state, const AppServices& services);
+
+    /// Also a second time within a second of a start: the services take that.
+    void startServices();
+
+    /// Before the program ends: reports what has to be reported, and stops what runs. The blocks stay; a write that is
+    /// under way comes to its end.
+    [[nodiscard]] Task<> applicationWillTerminate();
+
+private:
+    [[nodiscard]] Task<> start(std::vector<std::string> domains);
+
+    const AppState& m_state;
+    AppServices m_services;
+};
+
+} // namespace stillgate

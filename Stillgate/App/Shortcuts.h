@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace stillgate
+{
+
+/// Tags of the settings window's tabs that the shell itself opens.
+namespace settingstab
+{
+inline constexpr int dashboard = 0;
+inline constexpr int tasks = 6;
+inline constexpr int groups = 7;
+} // namespace settingstab
+
+/// What a key with the command modifier (Control on this keyboard) does while the application is active.
+struct Shortcut
+{
+    std::optional<int> opensTab; ///< nothing: the session is refreshed
+};
+
+/// `characters` is what the key types with every modifier but Shift and Caps Lock left aside: those make it another
+/// character, which is no shortcut. Nothing for a key that is passed on.
+[[nodiscard]] std::optional<Shortcut> shortcutFor(std::string_view characters);
+
+} // namespace stillgate

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace stillgate
+{
+
+/// What a window says about the app that it belongs to; empty where it says nothing. Each program says what it likes.
+struct AppHints
+{
+    std::string applicationId; ///< id of a desktop entry, from the toolkit
+    std::string desktopFile;   ///< the same, or the path of one
+    std::string windowClass;   ///< the class of WM_CLASS, or the Wayland app id
+    std::string executable;    ///< name of the file that its process runs
+};
+
+/// The apps that are installed, by their desktop entries: packages, flatpaks, snaps and the user's own.
+///
+/// Read when first asked for, and again when something isn't found and a folder has changed since. Main thread only.
+class DesktopEntries
+{
+public:
+    /// The folders of data that have entries in "applications"; an entry hides those of its id in later folders.
+    explicit DesktopEntries(std::vector<std::filesystem::path> dataFolders);
+
+    /// Those of this system and user. XDG_DATA_DIRS may lack the flatpaks and snaps, and they are there all the same.
+    [[nodiscard]] static std::vector<std::filesystem::path> standardDataFolders();
+
+    /// Which app it is, on every computer of the account; nothing if it is neither installed nor well known.
+    [[nodiscard]] std::optional<std::string> bundleIdentifierFor(const AppHints& hints);
+
+    /// The installed app's name in the user's language.
+    [[nodiscard]] std::optional<std::string> nameOf(std::string_view bundleIdentifier);
+
+private:
+    struct Entry
+    {
+        std::string desktopId;
+        std::string bundleIdentifier;
+        std::string name;
+        std::string windowClass;
+        std::string executable;
+        bool isShown = true;
+        size_t commandLength = 0;
+    };
+
+    using Index = std::unordered_map<std::string, const Entry*>;
+
+    struct Folder
+    {
+        std::filesystem::path path;
+        std::filesystem::file_time_type lastChange;
+    };
+
+    template <class Find>
+    const Entry* findInPresentEntries(Find find);
+
+    [[nodiscard]] const Entry* find(const AppHints& hints) const;
+    [[nodiscard]] bool foldersHaveChanged() const;
+    void read();
+    void readFolder(const std::filesystem::path& folder, std::unordered_map<std::string, Entry>& byId);
+    void noteFolder(const std::filesystem::path& folder);
+    void fillIndexes();
+    [[nodiscard]] static std::optional<Entry> readEntry(const std::filesystem::path& file, std::string id);
+
+    std::vector<std::filesystem::path> m_dataFolders;
+    std::vector<Folder> m_folders; ///< as they were when they were read
+    std::vector<Entry> m_entries;
+    Index m_byId;
+    Index m_byWindowClass;
+    Index m_byLastComponent; ///< "mousepad" for "org.xfce.mousepad"
+    Index m_byExecutable;
+    Index m_byBundleIdentifier;
+};
+
+} // namespace stillgate

@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Stillgate.DesignSystem
+
+// An action of the panel: icon, label, and the hint of its key.
+T.AbstractButton {
+    id: row
+
+    required property string label
+    property string keyHint
+    property bool isDanger: false
+    readonly property color inkColor: isDanger ? Tokens.sgDanger : Tokens.sgTextPrimary
+
+    text: label
+    padding: Tokens.space8
+    horizontalPadding: Tokens.space12
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    Layout.fillWidth: true
+
+    Keys.onReturnPressed: event => event.isAutoRepeat || click()
+    Keys.onEnterPressed: event => event.isAutoRepeat || click()
+
+    background: Rectangle {
+        radius: Tokens.radiusSmall
+        color: row.down ? Tokens.sgGlassHeavy : row.hovered ? Tokens.sgGlass : Tokens.clear
+    }
+    contentItem: RowLayout {
+        spacing: Tokens.space12
+
+        SGIcon {
+            symbol: row.icon.name
+            color: row.inkColor
+        }
+        SGText {
+            text: row.label
+            color: row.inkColor
+            Accessible.ignored: true
+        }
+        SGText {
+            Layout.fillWidth: false
+            visible: text !== ""
+            style: Styles.Hint
+            text: row.keyHint
+            color: Tokens.sgTextMuted
+            Accessible.ignored: true
+        }
+    }
+
+    SGFocusRing {
+        visible: row.visualFocus
+    }
+}

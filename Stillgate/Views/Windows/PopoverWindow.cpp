@@ -1,0 +1,67 @@
+#include "Views/Windows/PopoverWindow.h"
+
+#include "DesignSystem/Tokens.h"
+#include "Views/Popover/PopoverPlace.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr QSize popoverSize{360, 480};
+
+QRect anchorOn(const std::optional<ScreenRectangle>& bounds)
+{
+    if (bounds)
+        return {bounds->x, bounds->y, bounds->width, bounds->height};
+    return {QCursor::pos(), QSize{1, 1}};
+}
+
+QScreen* screenOf(const QRect& anchor)
+{
+    auto* screen = QGuiApplication::screenAt(anchor.center());
+    return screen != nullptr ? screen : QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+PopoverWindow::PopoverWindow(QQmlEngine& engine, Screen screen)
+    : m_screen(std::move(screen))
+    , m_view(&engine, nullptr)
+{
+    m_view.setTitle("Stillgate");
+    m_view.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_view.setColor(tokens().sgBgPrimary);
+    m_view.resize(popoverSize);
+    stillgate::show(m_screen, m_view);
+    m_view.installEventFilter(this);
+}
+
+void PopoverWindow::show(const std::optional<ScreenRectangle>& anchor)
+{
+    const auto place = anchorOn(anchor);
+    auto* screen = screenOf(place);
+    m_view.setScreen(screen);
+    m_view.setGeometry(popoverPlace(place, screen->availableGeometry(), popoverSize));
+    m_view.show();
+    m_view.raise();
+    m_view.requestActivate();
+}
+
+bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isEscape = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+    if (event->type() == QEvent::FocusOut || isEscape) {
+        close();
+        return isEscape;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace stillgate

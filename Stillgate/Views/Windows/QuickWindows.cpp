@@ -1,0 +1,71 @@
+#include "Views/Windows/QuickWindows.h"
+
+#include "App/ManagedWindows.h"
+#include "DesignSystem/Motion.h"
+#include "Views/Gates/ForceUpdateViewModel.h"
+#include "Views/Gates/MaintenanceViewModel.h"
+#include "Views/Popover/PopoverViewModel.h"
+#include "Views/SignIn/AuthViewModel.h"
+#include "Views/Windows/ContentWindow.h"
+#include "Views/Windows/PopoverWindow.h"
+
+namespace stillgate
+{
+
+QuickWindows::QuickWindows(WindowServices services)
+    : m_services(std::move(services))
+{}
+
+QuickWindows::~QuickWindows() = default;
+
+std::unique_ptr<Window> QuickWindows::makeWindow(const WindowDescription& description)
+{
+    const auto show = [&](const char* module, const char* type, std::unique_ptr<QObject> viewModel) {
+        auto window =
+            std::make_unique<ContentWindow>(engine(), description, Screen{module, type, std::move(viewModel)});
+        followMotionPreference();
+        return window;
+    };
+    if (description.id == windowid::auth)
+        return show("SignIn", "AuthView", std::make_unique<AuthViewModel>(m_services.deviceAuthorization));
+    if (description.id == windowid::maintenance)
+        return show("Gates", "MaintenanceView", std::make_unique<MaintenanceViewModel>(m_services.state));
+    if (description.id == windowid::forceUpdate)
+        return show("Gates", "ForceUpdateView",
+            std::make_unique<ForceUpdateViewModel>(m_services.state, m_services.bundle, m_services.workspace));
+    return nullptr;
+}
+
+std::unique_ptr<Popover> QuickWindows::makePopover()
+{
+    const PopoverViewModel::Actions actions{
+        .refresh = [this] { runDetached(m_services.state.refreshData()); },
+        .quit = m_services.quit,
+    };
+    auto viewModel = std::make_unique<PopoverViewModel>(m_services.state, m_services.notifications, actions);
+    auto popover = std::make_unique<PopoverWindow>(engine(), Screen{"Popover", "MenuBarPopover", std::move(viewModel)});
+    followMotionPreference();
+    return popover;
+}
+
+/// There is no settings window yet.
+void QuickWindows::showSettings() {}
+
+QQmlEngine& QuickWindows::engine()
+{
+    if (!m_engine) {
+        m_engine = std::make_unique<QQmlEngine>();
+        m_engine->addImportPath("qrc:/qt/qml");
+        m_preferencesChange = m_services.displayPreferences.onChange([this] { followMotionPreference(); });
+    }
+    return *m_engine;
+}
+
+/// The module's types are known once a screen has imported it.
+void QuickWindows::followMotionPreference()
+{
+    const auto motion = qmlTypeId("Stillgate.DesignSystem", 1, 0, "Motion");
+    m_engine->singletonInstance<Motion*>(motion)->setIsReduced(m_services.displayPreferences.shouldReduceMotion());
+}
+
+} // namespace stillgate

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "App/DeviceAuthorization.h"
+#include "App/Windows.h"
+#include "Platform/DisplayPreferences.h"
+#include "Platform/Workspace.h"
+
+#include <QQmlEngine>
+#include <QQuickView>
+
+#include <functional>
+
+namespace stillgate
+{
+
+/// What the windows show and set going. All of it outlives them.
+struct WindowServices
+{
+    AppState& state;
+    DeviceAuthorization& deviceAuthorization;
+    Workspace& workspace;
+    const Bundle& bundle;
+    NotificationCenter& notifications;
+    DisplayPreferences& displayPreferences;
+    std::function<void()> quit; ///< the application
+};
+
+/// Windows by Qt Quick. The engine comes with the first of them: a machine that never opens one never pays for it.
+class QuickWindows final : public WindowFactory
+{
+public:
+    explicit QuickWindows(WindowServices services);
+    ~QuickWindows() override;
+
+    [[nodiscard]] std::unique_ptr<Window> makeWindow(const WindowDescription& description) override;
+    [[nodiscard]] std::unique_ptr<Popover> makePopover() override;
+    void showSettings() override;
+
+private:
+    QQmlEngine& engine();
+    void followMotionPreference();
+
+    WindowServices m_services;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<Observation> m_preferencesChange;
+};
+
+} // namespace stillgate

@@ -1,0 +1,127 @@
+import QtQuick
+import QtTest
+import Stillgate.DesignSystem
+
+Item {
+    id: root
+
+    width: 600
+    height: 200
+
+    Column {
+        anchors.fill: parent
+
+        SGPillPicker {
+            id: picker
+
+            property bool isStubborn: false
+
+            options: ["All", "Pending", "Done"]
+            selected: 0
+            onActivated: index => selected = isStubborn ? selected : index
+        }
+
+        SGDaySelector {
+            id: days
+
+            property list<int> toggledDays
+
+            dayLabels: ["M", "T", "W"]
+            selectedDays: [2]
+            onToggled: day => {
+                toggledDays.push(day);
+                selectedDays = selectedDays.includes(day) ? selectedDays.filter(each => each !== day) : selectedDays.concat([day]);
+            }
+        }
+
+        SGButton {
+            id: button
+
+            property int clicks: 0
+
+            title: "Save"
+            onClicked: ++clicks
+        }
+    }
+
+    TestCase {
+        name: "Choices"
+        when: windowShown
+
+        function init() {
+            picker.isStubborn = false;
+            picker.selected = 0;
+            days.selectedDays = [2];
+            days.toggledDays = [];
+            days.tabStop = 0;
+            button.clicks = 0;
+            focusFirst();
+        }
+
+        // The first item that Tab reaches, seen from the last.
+        function focusFirst() {
+            button.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Tab);
+        }
+
+        function focused() {
+            return root.Window.activeFocusItem;
+        }
+
+        function test_everyControlIsOneTabStop() {
+            compare(focused().text, "All");
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Tab);
+            compare(focused().text, "M");
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Tab);
+            compare(focused(), button);
+            keyClick(Qt.Key_Backtab);
+            compare(focused().text, "T");
+            keyClick(Qt.Key_Backtab);
+            compare(focused().text, "Pending");
+        }
+
+        function test_arrowsChoose() {
+            keyClick(Qt.Key_Left);
+            compare(picker.selected, 0);
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Down);
+            compare(picker.selected, 2);
+            verify(focused().visualFocus && focused().checked);
+            keyClick(Qt.Key_Right);
+            compare(picker.selected, 2);
+        }
+
+        function test_ownerKeepsTheChoice() {
+            picker.isStubborn = true;
+            mouseClick(picker, picker.width - 20, picker.height / 2);
+            compare(picker.selected, 0);
+            const checked = picker.children.filter(child => child.children.length > 1)[0].children.filter(child => child.checked);
+            compare(checked.map(pill => pill.text), ["All"]);
+        }
+
+        function test_daysAreSwitched() {
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Space);
+            compare(days.selectedDays, [2, 0]);
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Right);
+            verify(focused().checked);
+            keyClick(Qt.Key_Return);
+            compare(days.selectedDays, [0]);
+            verify(!focused().checked);
+            mouseClick(days, 18, 18);
+            compare(days.toggledDays, [0, 2, 0]);
+            verify(!focused().visualFocus);
+        }
+
+        function test_buttonTakesEveryKeyThatMeansGo() {
+            button.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Enter);
+            compare(button.clicks, 3);
+        }
+    }
+}

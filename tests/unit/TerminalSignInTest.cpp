@@ -1,0 +1,173 @@
+#include "App/TerminalSignIn.h"
+
+#include "tests/support/AppStateFixture.h"
+#include "tests/support/TextsInUse.h"
+
+#include <sstream>
+
+namespace stillgate
+{
+
+using namespace test;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::Not;
+
+class Terminal : public AppStateFixture
+{
+protected:
+    Terminal()
+    {
+        m_backend.hasStoredTokens = false;
+        m_backend.answerFirstLoad();
+        m_backend.me = SGUser{.id = "u1", .email = "ada@example.com"};
+        m_backend.deviceCode = DeviceCodeResponse{.deviceCode = "one",
+            .userCode = "AB",
+            .verificationUrl = "https://stillgate.example/link",
+            .verificationUrlComplete = std::nullopt,
+            .expiresIn = 60,
+            .interval = 5};
+        m_backend.poll = DeviceCodePollResponse{.status = "pending"};
+    }
+
+    void TearDown() override { m_time.advance(2s); } // until nothing waits for the browser
+
+    void approve(const std::optional<std::string>& displayName)
+    {
+        m_backend.me->displayName = displayName;
+        m_backend.poll = DeviceCodePollResponse{
+            .status = "approved", .accessToken = "access", .refreshToken = "refresh", .user = *m_backend.me};
+    }
+
+    Awaited<bool> run()
+    {
+        m_authorization.emplace(state(), m_backend, [](const std::string&) {}, m_time, m_time, m_log);
+        m_signIn.emplace(state(), *m_authorization, m_output);
+        return Awaited{m_signIn->run()};
+    }
+
+    /// The sign-in has ended, and this was the last line.
+    void expectEnd(Awaited<bool>& signIn, bool isSignedIn, const std::string& line)
+    {
+        ASSERT_TRUE(signIn.hasEnded()) << line;
+        EXPECT_EQ(signIn.result(), isSignedIn) << line;
+        EXPECT_THAT("\n" + m_output.str(), EndsWith("\n" + line + "\n"));
+    }
+
+    std::ostringstream m_output;
+    static constexpr auto link = "open\n  https://stillgate.example/link?user_code=AB\nwaiting\n";
+
+private:
+    TextsInUse m_texts{R"({"desktop":{"signIn":{"openLink":"open","waiting":"waiting","expired":"expired",
+        "done":"done {{name}}","failed":"failed {{reason}}","alreadySignedIn":"already"}},
+        "extension":{"popup":{"maintenance":"maintenance","updateMsg":"update"}}})"};
+    std::optional<DeviceAuthorization> m_authorization;
+    std::optional<TerminalSignIn> m_signIn;
+};
+
+TEST_F(Terminal, printsTheLinkAndWaitsForTheApproval)
+{
+    m_defaults.setBoolean("sg_onboarding_complete", false);
+    auto signIn = run();
+    EXPECT_EQ(m_output.str(), link);
+    m_time.advance(30s);
+    EXPECT_FALSE(signIn.hasEnded());
+    approve("Ada");
+    m_time.advance(5s);
+    expectEnd(signIn, true, "done Ada");
+    EXPECT_TRUE(m_defaults.boolean("sg_onboarding_complete"));
+    EXPECT_TRUE(m_files.at(cacheFile).contains(R"("userName":"Ada")")) << "for the engine that starts next";
+    EXPECT_THAT(m_backend.calls, Contains("getEffectiveRules"));
+}
+
+TEST_F(Terminal, namesAnAccountWithoutANameByItsAddress)
+{
+    approve(std::nullopt);
+    auto signIn = run();
+    expectEnd(signIn, true, "done ada@example.com");
+}
+
+TEST_F(Terminal, sessionOfBeforeIsEnough)
+{
+    m_backend.hasStoredTokens = true;
+    auto signIn = run();
+    expectEnd(signIn, true, "already");
+    EXPECT_THAT(m_backend.calls, Not(Contains("requestDeviceCode")));
+}
+
+TEST_F(Terminal, tellsWhyThereIsNoSession)
+{
+    const struct
+    {
+        Result<DeviceCodePollResponse> poll;
+        std::string line;
+    } cases[] = {
+        {DeviceCodePollResponse{.status = "denied"}, "failed errors.permissionDenied"},
+        {failure(APIError::server(403, "Not here")), "failed Not here"},
+        {failure(APIError::server(404, "Gone")), "expired"},
+        {FakeBackend::unreachable(), "failed Network error: unreachable"},
+    };
+
+    for (const auto& [poll, line] : cases) {
+        m_backend.poll = poll;
+        auto signIn = run();
+        expectEnd(signIn, false, line);
+    }
+
+    m_backend.deviceCode = FakeBackend::unreachable();
+    m_output.str("");
+    auto signIn = run();
+    EXPECT_EQ(m_output.str(), "failed Network error: unreachable\n");
+}
+
+TEST_F(Terminal, codeThatRunsOutEndsIt)
+{
+    auto signIn = run();
+    m_time.advance(60s);
+    expectEnd(signIn, false, "expired");
+    const auto polls = m_backend.calls.size();
+    m_time.advance(60s);
+    EXPECT_EQ(m_backend.calls.size(), polls);
+}
+
+TEST_F(Terminal, codeWithoutAPageEndsIt)
+{
+    m_backend.deviceCode->verificationUrl = "";
+    auto signIn = run();
+    m_time.advance(2s);
+    expectEnd(signIn, false, "failed errors.generic");
+}
+
+TEST_F(Terminal, gatesAreToldInTheWordsOfTheBackend)
+{
+    const struct
+    {
+        AppConfig configuration;
+        std::string line;
+    } cases[] = {
+        {{.maintenanceMode = true, .maintenanceMessage = "Back at nine"}, "Back at nine"},
+        {{.maintenanceMode = true}, "maintenance"},
+        {{.minVersion = "2.0", .forceUpdateMessage = "Please update"}, "Please update"},
+        {{.minVersion = "2.0"}, "update"},
+    };
+
+    for (const auto& [configuration, line] : cases) {
+        m_backend.appConfig = configuration;
+        auto signIn = run();
+        expectEnd(signIn, false, line);
+        EXPECT_THAT(m_backend.calls, Not(Contains("requestDeviceCode")));
+    }
+}
+
+TEST_F(Terminal, gateThatRisesMeanwhileEndsIt)
+{
+    auto signIn = run();
+    approve("Ada");
+    m_backend.appConfig = AppConfig{.maintenanceMode = true};
+    m_time.advance(5s);
+    expectEnd(signIn, false, "maintenance");
+}
+
+} // namespace stillgate

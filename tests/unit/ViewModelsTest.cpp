@@ -1,0 +1,178 @@
+#include "Platform/Memory/MemoryWorkspace.h"
+#include "Views/Gates/ForceUpdateViewModel.h"
+#include "Views/Gates/MaintenanceViewModel.h"
+#include "Views/Popover/PopoverPlace.h"
+#include "Views/Popover/PopoverViewModel.h"
+#include "Views/SignIn/AuthViewModel.h"
+#include "tests/support/AppStateFixture.h"
+
+#include <QMetaEnum>
+
+namespace stillgate
+{
+
+using namespace test;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ViewModels : public AppStateFixture
+{
+protected:
+    /// Counts how often the screen is told to look again.
+    template <class ViewModel>
+    void watch(ViewModel& viewModel)
+    {
+        QObject::connect(&viewModel, &ViewModel::changed, [this] { ++m_changes; });
+    }
+
+    int m_changes = 0;
+};
+
+TEST_F(ViewModels, signInShowsWhatTheAuthorizationDoes)
+{
+    using Phase = AuthViewModel::Phase;
+    m_backend.deviceCode = DeviceCodeResponse{.deviceCode = "one",
+        .userCode = "AB",
+        .verificationUrl = "https://stillgate.example/link",
+        .verificationUrlComplete = std::nullopt,
+        .expiresIn = 60,
+        .interval = 5};
+    m_backend.poll = DeviceCodePollResponse{.status = "pending"};
+    std::vector<std::string> opened;
+    DeviceAuthorization authorization{
+        state(), m_backend, [&](const std::string& url) { opened.push_back(url); }, m_time, m_time, m_log};
+    AuthViewModel viewModel{authorization};
+    watch(viewModel);
+    std::vector<std::string> seen;
+    const auto expectPhase = [&](Phase phase, const QString& message, bool canOpenBrowser) {
+        EXPECT_EQ(viewModel.phase(), phase);
+        EXPECT_EQ(viewModel.message(), message);
+        EXPECT_EQ(viewModel.canOpenBrowser(), canOpenBrowser);
+        EXPECT_GT(std::exchange(m_changes, 0), 0) << "the screen looks again";
+    };
+
+    m_backend.hold("requestDeviceCode");
+    viewModel.appear();
+    expectPhase(Phase::Waiting, "desktop.linkDevice.preparing", false);
+    m_backend.release("requestDeviceCode");
+    expectPhase(Phase::Waiting, "desktop.linkDevice.preparing", true);
+    viewModel.openBrowser();
+    EXPECT_THAT(opened, testing::SizeIs(1));
+
+    m_time.advance(60s);
+    expectPhase(Phase::Expired, "desktop.linkDevice.expired", false);
+    viewModel.tryAgain();
+    expectPhase(Phase::Waiting, "desktop.linkDevice.preparing", true);
+    m_backend.poll = failure(APIError::server(403, "Not here"));
+    m_time.advance(5s);
+    expectPhase(Phase::Failed, "Not here", true);
+
+    m_backend.poll = DeviceCodePollResponse{.status = "pending"};
+    viewModel.tryAgain();
+    viewModel.disappear();
+    m_backend.calls.clear();
+    m_time.advance(60s);
+    EXPECT_THAT(m_backend.calls, IsEmpty());
+}
+
+TEST_F(ViewModels, phasesHaveNamesThatQMLCanSay)
+{
+    const auto phases = QMetaEnum::fromType<AuthViewModel::Phase>();
+    for (int i = 0; i < phases.keyCount(); ++i)
+        EXPECT_TRUE(QChar{phases.key(i)[0]}.isUpper()) << phases.key(i);
+}
+
+TEST_F(ViewModels, maintenanceIsToldInTheWordsOfTheBackend)
+{
+    SessionData session;
+    MaintenanceViewModel viewModel{session};
+    watch(viewModel);
+    EXPECT_EQ(viewModel.message(), "extension.popup.maintenanceMsg");
+    session.maintenanceMessage = "Back at nine";
+    EXPECT_EQ(viewModel.message(), "Back at nine");
+    session.maintenanceMessage = "";
+    EXPECT_EQ(viewModel.message(), "") << "a message, if an empty one";
+    EXPECT_EQ(m_changes, 2);
+}
+
+TEST_F(ViewModels, forcedUpdateNamesBothVersionsAndTheWay)
+{
+    MemoryWorkspace workspace;
+    ForceUpdateViewModel viewModel{state(), m_bundle, workspace};
+    watch(viewModel);
+    EXPECT_EQ(viewModel.currentVersion(), "v1.4.0");
+    EXPECT_EQ(viewModel.minVersion(), "v0.0.0");
+    EXPECT_EQ(viewModel.message(), "extension.popup.updateMsg");
+    state().requiredVersion = "2.0";
+    state().forceUpdateMessage = "";
+    EXPECT_EQ(viewModel.minVersion(), "v2.0");
+    EXPECT_EQ(viewModel.message(), "");
+    EXPECT_EQ(m_changes, 2);
+    m_bundle.infoValues.clear();
+    EXPECT_EQ(viewModel.currentVersion(), "v0.0.0");
+
+    for (const auto& url : std::vector<std::optional<std::string>>{std::nullopt, "", "http://b example"}) {
+        state().forceUpdateUrl = url;
+        viewModel.download();
+        EXPECT_THAT(workspace.openedURLs, IsEmpty());
+    }
+    state().forceUpdateUrl = "https://stillgate.example/get?for=debian";
+    viewModel.download();
+    EXPECT_THAT(workspace.openedURLs, ElementsAre("https://stillgate.example/get?for=debian"));
+}
+
+TEST_F(ViewModels, popoverShowsNothingOfASessionThatIsOver)
+{
+    std::vector<std::string> done;
+    const auto note = [&](const char* what) { return [&done, what] { done.emplace_back(what); }; };
+    PopoverViewModel viewModel{state(), m_notifications, {.refresh = note("refresh"), .quit = note("quit")}};
+    watch(viewModel);
+    state().isOffline = true;
+    EXPECT_FALSE(viewModel.isAuthenticated() || viewModel.isProtected() || viewModel.isOffline());
+    state().isAuthenticated = true;
+    EXPECT_TRUE(viewModel.isAuthenticated() && viewModel.isProtected() && viewModel.isOffline());
+    state().isBlockingActive = false;
+    EXPECT_FALSE(viewModel.isProtected());
+    EXPECT_EQ(m_changes, 3);
+
+    const auto request = m_notifications.observe(sgOpenAuthWindow, note("sign in"));
+    viewModel.signIn();
+    viewModel.refresh();
+    viewModel.quit();
+    EXPECT_THAT(done, ElementsAre("sign in", "refresh", "quit"));
+}
+
+TEST(PopoverPlace, isBesideTheAnchorAndOnTheScreen)
+{
+    const QSize size{360, 480};
+    const QRect panelOnTop{0, 30, 1920, 1050};
+    const QRect panelAtBottom{0, 0, 1920, 1050};
+
+    const struct
+    {
+        QRect anchor;
+        QRect available;
+        QPoint place;
+    } cases[] = {
+        {{1000, 4, 25, 22}, panelOnTop, {832, 32}},
+        {{1890, 4, 25, 22}, panelOnTop, {1560, 32}},
+        {{5, 4, 25, 22}, panelOnTop, {0, 32}},
+        {{1000, 1054, 25, 22}, panelAtBottom, {832, 568}},
+        {{1000, 564, 25, 0}, panelAtBottom, {832, 570}},
+        {{1000, 565, 25, 0}, panelAtBottom, {832, 79}},
+        {{1000, 0, 25, 25}, panelOnTop, {832, 31}},
+        {{2900, 4, 25, 22}, {1920, 0, 1280, 1024}, {2732, 32}},
+        {{2000, 1100, 25, 22}, {1920, 0, 1280, 1024}, {1920, 544}},
+        {{100, 100, 25, 25}, {0, 0, 300, 400}, {0, 0}},
+        {{100, 300, 25, 25}, {0, 0, 800, 600}, {0, 120}},
+    };
+
+    for (const auto& [anchor, available, place] : cases) {
+        const auto actual = popoverPlace(anchor, available, size);
+        EXPECT_EQ(actual, QRect(place, size))
+            << anchor.x() << "," << anchor.y() << " gives " << actual.x() << "," << actual.y();
+    }
+}
+
+} // namespace stillgate
