@@ -24,6 +24,7 @@ void AppDelegate::applicationDidFinishLaunching()
 Task<> AppDelegate::launch()
 {
     co_await m_state.bootstrap();
+    m_hasLaunched = true;
     if (m_state.isMaintenanceMode)
         m_windows.open(windowid::maintenance);
     else if (m_state.requiresForceUpdate)
@@ -77,6 +78,8 @@ bool AppDelegate::handleCommandKey(std::string_view characters)
 
 void AppDelegate::applicationReopened()
 {
+    if (!m_hasLaunched)
+        return; // whether anybody is signed in isn't known yet; what there is to see comes by itself
     if (m_windows.bringToFront())
         return;
     if (m_state.isMaintenanceMode)

@@ -51,6 +51,7 @@ private:
     ManagedWindows m_windows;
     WindowWatch m_watch;
     std::unique_ptr<Popover> m_popover;
+    bool m_hasLaunched = false; ///< the session has come up, or it is known why not
     bool m_isTerminating = false;
     std::unique_ptr<Observation> m_statusItemClick;
     std::unique_ptr<Observation> m_openAuthWindow;

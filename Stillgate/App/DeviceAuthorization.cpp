@@ -68,8 +68,12 @@ Task<> DeviceAuthorization::requestCode()
     isExpired = false;
     deviceAuthErrorMessage = std::nullopt;
     deviceCode = std::nullopt;
+    m_request = {};
+    const auto request = m_request.token();
 
     const auto code = co_await m_backend.requestDeviceCode();
+    if (request.isCancelled())
+        co_return;
     isRequestingDeviceCode = false;
     if (!code) {
         fail(code.error().description());
@@ -141,11 +145,12 @@ Task<> DeviceAuthorization::pollDeviceAuthorization()
     m_isPollingDeviceCode = true;
     const auto polled = deviceCode.value()->deviceCode;
     const auto answer = co_await m_backend.pollDeviceCode(polled);
-    const bool isCurrent = deviceCode.value() && deviceCode.value()->deviceCode == polled;
-    if (answer && answer->status == "approved") {
+    const bool isApproved = answer && answer->status == "approved";
+    if (isApproved && answer->accessToken && answer->refreshToken && answer->user) {
         co_await completeDeviceAuthorization(*answer);
         co_return;
     }
+    const bool isCurrent = deviceCode.value() && deviceCode.value()->deviceCode == polled;
     if (!isCurrent)
         co_return; // of a code that has been given up for a new one
     m_isPollingDeviceCode = false;
@@ -154,6 +159,8 @@ Task<> DeviceAuthorization::pollDeviceAuthorization()
         takePollFailure(answer.error());
     } else if (answer->status == "denied") {
         fail(L.localized("errors.permissionDenied"));
+    } else if (isApproved) {
+        fail(L.localized("errors.generic")); // without what a session needs
     }
 }
 
@@ -172,10 +179,8 @@ void DeviceAuthorization::takePollFailure(const Error& error)
 Task<> DeviceAuthorization::completeDeviceAuthorization(DeviceCodePollResponse answer)
 {
     stopPolling();
-    if (!answer.accessToken || !answer.refreshToken || !answer.user) {
-        fail(L.localized("errors.generic"));
-        co_return;
-    }
+    m_request.cancel(); // of a newer code, which nobody needs any more
+    isRequestingDeviceCode = false;
     deviceCode = std::nullopt;
     m_backend.setTokens(*answer.accessToken, *answer.refreshToken);
     m_state.currentUser = answer.user;

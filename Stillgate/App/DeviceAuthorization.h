@@ -54,6 +54,7 @@ private:
     void beginPolling();
     [[nodiscard]] Task<> pollDeviceAuthorization();
     void takePollFailure(const Error& error);
+    /// The answer has both tokens and the user.
     [[nodiscard]] Task<> completeDeviceAuthorization(DeviceCodePollResponse answer);
 
     void fail(std::string message);
@@ -66,7 +67,8 @@ private:
     Scheduler& m_scheduler;
     Log& m_log;
 
-    Date m_deviceCodeExpiresAt; ///< of the current code, by this machine's clock
+    CancellationSource m_request; ///< of the last request for a code
+    Date m_deviceCodeExpiresAt;   ///< of the current code, by this machine's clock
     std::unique_ptr<Timer> m_pollTimer;
     bool m_isPollingDeviceCode = false;
 };

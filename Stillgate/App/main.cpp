@@ -41,8 +41,11 @@ namespace
 
 std::unique_ptr<Workspace> workspaceOn(DesktopEntries& entries, Scheduler& scheduler, Log& log)
 {
-    if (auto connection = X11Connection::open())
+    if (auto connection = X11Connection::open()) {
+        if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+            log.write("[Workspace] This is a Wayland desktop: only apps that use X11 are seen");
         return std::make_unique<X11Workspace>(std::move(connection), entries, scheduler, log);
+    }
     return std::make_unique<AbsentWorkspace>(entries, log);
 }
 

@@ -31,7 +31,9 @@ float distanceToEdge(const Shape& shape, float x, float y)
 {
     const float overX = std::abs(x) - float(shape.size.width()) / 2 + shape.radius;
     const float overY = std::abs(y) - float(shape.size.height()) / 2 + shape.radius;
-    const float outside = std::hypot(std::max(overX, 0.0F), std::max(overY, 0.0F));
+    const float outsideX = std::max(overX, 0.0F);
+    const float outsideY = std::max(overY, 0.0F);
+    const float outside = std::sqrt(outsideX * outsideX + outsideY * outsideY);
     return outside + std::min(std::max(overX, overY), 0.0F) - shape.radius;
 }
 
@@ -45,7 +47,7 @@ float fallOff(float distance, float blur)
 /// Gradient noise of 0 to 1: evenly spread among neighbours, and without a pattern that the eye finds.
 float grain(int x, int y)
 {
-    const auto fraction = [](float value) { return value - std::floor(value); };
+    const auto fraction = [](float value) { return value - float(int(value)); };
     return fraction(52.9829189F * fraction(0.06711056F * float(x) + 0.00583715F * float(y)));
 }
 
@@ -53,25 +55,36 @@ QImage paintGlow(const Shape& shape, const QColor& color)
 {
     const int margin = reach(shape.blur);
     QImage image{shape.size.toSize() + QSize{2 * margin, 2 * margin}, QImage::Format_ARGB32_Premultiplied};
-    const float centerX = float(image.width() - 1) / 2;
-    const float centerY = float(image.height() - 1) / 2;
-    for (int y = 0; y < image.height(); ++y) {
+    image.fill(Qt::transparent);
+    const int right = image.width() - 1;
+    const int bottom = image.height() - 1;
+    const float red = color.redF();
+    const float green = color.greenF();
+    const float blue = color.blueF();
+    const float light = color.alphaF() * 255;
+    // A quarter is computed, and the others are its mirror images.
+    for (int y = 0; y <= bottom / 2; ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const float distance = distanceToEdge(shape, float(x) - centerX, float(y) - centerY);
-            const float alpha = color.alphaF() * fallOff(distance, shape.blur) * 255;
+        for (int x = 0; x <= right / 2; ++x) {
+            const float distance = distanceToEdge(shape, float(x) - float(right) / 2, float(y) - float(bottom) / 2);
+            if (distance >= 2 * shape.blur)
+                continue;
             // One grain for all four, so that no colour exceeds its alpha.
-            const float noise = alpha > 0 ? grain(x, y) : 0;
-            line[x] = qRgba(int(color.redF() * alpha + noise), int(color.greenF() * alpha + noise),
-                int(color.blueF() * alpha + noise), int(alpha + noise));
+            const float alpha = light * fallOff(distance, shape.blur);
+            const float noise = grain(x, y);
+            line[x] = qRgba(
+                int(red * alpha + noise), int(green * alpha + noise), int(blue * alpha + noise), int(alpha + noise));
+            line[right - x] = line[x];
         }
+        std::copy_n(line, image.width(), reinterpret_cast<QRgb*>(image.scanLine(bottom - y)));
     }
     return image;
 }
 
 } // namespace
 
-Glow::Glow(QQuickItem* parent) : QQuickItem{parent}
+Glow::Glow(QQuickItem* parent)
+    : QQuickItem{parent}
 {
     setFlag(ItemHasContents);
     connect(this, &Glow::changed, this, &Glow::makeAnew);

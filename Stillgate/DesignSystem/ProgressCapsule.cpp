@@ -23,7 +23,8 @@ QPainterPath capsule(const QRectF& rect)
 
 } // namespace
 
-ProgressCapsule::ProgressCapsule(QQuickItem* parent) : QQuickPaintedItem{parent}
+ProgressCapsule::ProgressCapsule(QQuickItem* parent)
+    : QQuickPaintedItem{parent}
 {
     setAntialiasing(true);
     connect(this, &ProgressCapsule::changed, this, [this] { update(); });

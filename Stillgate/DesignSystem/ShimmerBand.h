@@ -19,10 +19,12 @@ class ShimmerBand : public QQuickItem
 
 public:
     double phase() const { return m_phase; }
+
     void setPhase(double phase);
 
     /// Where the light begins, in this item; it is as wide as the item.
     double start() const { return (2 * m_phase - 1) * width(); }
+
     double end() const { return start() + width(); }
 
     /// The light, for an item whose left edge is at `x` in this one.

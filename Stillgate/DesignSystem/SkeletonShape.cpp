@@ -9,7 +9,8 @@
 namespace stillgate
 {
 
-SkeletonShape::SkeletonShape(QQuickItem* parent) : QQuickPaintedItem{parent}
+SkeletonShape::SkeletonShape(QQuickItem* parent)
+    : QQuickPaintedItem{parent}
 {
     setAntialiasing(true);
     connect(this, &SkeletonShape::radiusChanged, this, [this] { update(); });

@@ -28,6 +28,7 @@ class SteppedPhase : public QObject
 
 public:
     QQuickItem* item() const { return m_item; }
+
     bool isEnabled() const { return m_isEnabled; }
 
     /// Where the phase stands, slow at both ends.

@@ -68,7 +68,8 @@ constexpr struct
 
 CategoryStyle Styles::category(const QString& category)
 {
-    const auto* row = std::ranges::find(categories, QStringView{category}, [](const auto& each) { return each.category; });
+    const auto* row =
+        std::ranges::find(categories, QStringView{category}, [](const auto& each) { return each.category; });
     if (row == std::end(categories))
         return {.symbol = u"lock.shield.fill"_qs, .color = tokens().sgAccent};
     return {.symbol = row->symbol.toString(), .color = tokens().*row->color};
@@ -87,7 +88,8 @@ ButtonColors Styles::button(ButtonStyle style)
     const Tokens& all = tokens();
     switch (style) {
     case ButtonStyle::Primary:
-        return {all.white, Tokens::withOpacity(all.white, 0.9F), Tokens::withOpacity(all.white, 0.8F), all.black, all.clear};
+        return {all.white, Tokens::withOpacity(all.white, 0.9F), Tokens::withOpacity(all.white, 0.8F), all.black,
+            all.clear};
     case ButtonStyle::Secondary:
     case ButtonStyle::Outline:
         return {all.clear, all.sgGlass, all.sgGlassHeavy, all.sgTextPrimary, all.sgBorder};

@@ -68,11 +68,11 @@ struct TextFace
     Q_PROPERTY(QColor color MEMBER color CONSTANT)
 
 public:
-    int size = 0;          ///< Logical pixels, as are all lengths here.
-    int weight = 0;        ///< As in QFont::Weight.
-    double tracking = 0;   ///< Between two letters.
-    int lineHeight = 0;    ///< From one base line to the next.
-    double leading = 0;    ///< What `lineHeight` has over the height of the desktop's font; may be negative.
+    int size = 0;        ///< Logical pixels, as are all lengths here.
+    int weight = 0;      ///< As in QFont::Weight.
+    double tracking = 0; ///< Between two letters.
+    int lineHeight = 0;  ///< From one base line to the next.
+    double leading = 0;  ///< What `lineHeight` has over the height of the desktop's font; may be negative.
     QColor color;
 };
 

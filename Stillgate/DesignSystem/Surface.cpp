@@ -11,7 +11,8 @@
 namespace stillgate
 {
 
-Surface::Surface(QQuickItem* parent) : QQuickPaintedItem{parent}
+Surface::Surface(QQuickItem* parent)
+    : QQuickPaintedItem{parent}
 {
     setAntialiasing(true);
     connect(this, &Surface::changed, this, [this] { update(); });

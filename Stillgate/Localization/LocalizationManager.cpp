@@ -37,10 +37,10 @@ std::optional<std::string> resolve(const nlohmann::json* texts, std::string_view
 {
     const auto* value = texts;
     for (const auto piece : std::views::split(key, '.')) {
-        if (value == nullptr || !value->is_object())
-            return std::nullopt;
         if (piece.empty())
             continue;
+        if (value == nullptr || !value->is_object())
+            return std::nullopt;
         const auto member = value->find(std::string_view{piece.begin(), piece.end()});
         value = member != value->end() ? &*member : nullptr;
     }

@@ -17,7 +17,7 @@ public:
     virtual ~RunningApplication() = default;
 
     /// Which app it is, on every computer of the account: "org.mozilla.firefox". In the case in which the system gives
-    /// it; nothing for a window that belongs to no installed app.
+    /// it; nothing for a window that belongs to no app that is installed or well known.
     [[nodiscard]] virtual std::optional<std::string> bundleIdentifier() const = 0;
 
     /// The process that the app's windows belong to, in our pid namespace.

@@ -7,6 +7,7 @@ class Setup : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
+
     void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath("qrc:/qt/qml"); }
 };
 

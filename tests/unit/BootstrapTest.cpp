@@ -11,7 +11,11 @@ using testing::IsEmpty;
 using testing::Not;
 
 class Bootstrap : public AppStateFixture
-{};
+{
+protected:
+    /// Held, it keeps the refresh that follows a start from hiding what the start has done.
+    static constexpr auto firstOfRefreshAlone = "getTasks assignee";
+};
 
 TEST_F(Bootstrap, firstRunAsksNothing)
 {
@@ -88,6 +92,7 @@ TEST_F(Bootstrap, blocksAreUpFromTheCacheBeforeTheFirstAnswer)
     EXPECT_EQ(m_files.at(configFile), R"({"domains":["cached.example"],"categories":[]})");
     EXPECT_EQ(m_monitor.budget, state().budget.value());
     EXPECT_EQ(state().currentDeviceId, "cached-device");
+    EXPECT_EQ(m_defaults.string("sg_current_device_id"), "cached-device") << "for the usage reports";
     EXPECT_FALSE(state().isAuthenticated);
     m_backend.release("getStreak");
     EXPECT_TRUE(started.hasEnded());
@@ -104,15 +109,19 @@ TEST_F(Bootstrap, onlineStartLoadsEverythingInOrder)
     m_backend.me = SGUser{.id = "u1", .email = "ada@example.com", .displayName = "Ada"};
     m_backend.sharingCode = SharingCode{.code = "ABC123"};
     m_backend.connections = {{controlledConnection("permanent")}};
+    m_backend.hold(firstOfRefreshAlone);
     bootstrap();
 
     EXPECT_THAT(m_backend.calls,
         ElementsAre("getAppConfig", "loadTokens", "getStreak", "getBlockRules", "getDevices", "getSchedules",
-            "getTasks ", "getScreenTimeBudget", "getMe", "getMySharingCode", "getSharingConnections"));
+            "getTasks ", "getScreenTimeBudget", "getMe", "getMySharingCode", "getSharingConnections", "getStreak",
+            "getBlockRules", "getDevices", "getSchedules", "getScreenTimeBudget", "getSharingConnections",
+            firstOfRefreshAlone));
     expectFlags(true, false);
     EXPECT_EQ(state().tasks.value().front().title, "Dishes");
     EXPECT_EQ(state().sharingCode.value(), "ABC123");
     EXPECT_EQ(state().currentDeviceId, "desk");
+    EXPECT_EQ(m_defaults.string("sg_current_device_id"), "desk");
     EXPECT_EQ(state().connections.value().size(), 1U);
     EXPECT_THAT(blockedNames(), Contains("www.fresh.example"));
     EXPECT_EQ(m_monitor.configuration.activeSession, "Evenings");
@@ -120,6 +129,7 @@ TEST_F(Bootstrap, onlineStartLoadsEverythingInOrder)
     EXPECT_TRUE(m_files.at(cacheFile).contains(R"("userName":"Ada")"));
     EXPECT_TRUE(areTimersRunning());
     EXPECT_TRUE(m_tracker.isTracking);
+    m_backend.release(firstOfRefreshAlone);
 }
 
 TEST_F(Bootstrap, laterCallsMayFail)
@@ -128,6 +138,7 @@ TEST_F(Bootstrap, laterCallsMayFail)
     m_backend.answerFirstLoad();
     state().sharingCode = std::optional<std::string>{"KEPT"};
     state().tasks = std::vector{task("old", "old")};
+    m_backend.hold(firstOfRefreshAlone);
     bootstrap();
     expectFlags(true, false);
     EXPECT_EQ(state().currentUser.value(), std::nullopt);
@@ -135,6 +146,7 @@ TEST_F(Bootstrap, laterCallsMayFail)
     EXPECT_THAT(state().tasks.value(), IsEmpty());
     EXPECT_EQ(state().sharingCode.value(), "KEPT");
     EXPECT_EQ(state().currentDeviceId, std::nullopt);
+    m_backend.release(firstOfRefreshAlone);
     EXPECT_THAT(m_log.lines, IsEmpty());
 }
 

@@ -14,24 +14,24 @@ TEST(DesignSystem, readsColorsFromHex)
 {
     const struct
     {
-        const char16_t* text;
+        QString text;
         QColor expected;
     } cases[] = {
-        {u"818CF8", {0x81, 0x8C, 0xF8}},
-        {u"  #818cf8;", {0x81, 0x8C, 0xF8}},
-        {u"(#80FF0001)", {0xFF, 0x00, 0x01, 0x80}},
-        {u"00FFFFFF", {0xFF, 0xFF, 0xFF, 0x00}},
-        {u"", Qt::black},
-        {u"##", Qt::black},
-        {u"FFF", Qt::black},
-        {u"FFFFFFF", Qt::black},
-        {u"FFFFFFFFF", Qt::black},
-        {u"FFF FFF", Qt::black},
-        {u"GGGGGG", Qt::black},
+        {u"818CF8"_qs, {0x81, 0x8C, 0xF8}},
+        {u"  #818cf8;"_qs, {0x81, 0x8C, 0xF8}},
+        {u"(#80FF0001)"_qs, {0xFF, 0x00, 0x01, 0x80}},
+        {u"00FFFFFF"_qs, {0xFF, 0xFF, 0xFF, 0x00}},
+        {u""_qs, Qt::black},
+        {u"##"_qs, Qt::black},
+        {u"FFF"_qs, Qt::black},
+        {u"FFFFFFF"_qs, Qt::black},
+        {u"FFFFFFFFF"_qs, Qt::black},
+        {u"FFF FFF"_qs, Qt::black},
+        {u"GGGGGG"_qs, Qt::black},
     };
 
     for (const auto& [text, expected] : cases)
-        EXPECT_EQ(colorFromHex(text).rgba(), expected.rgba()) << QString{text}.toStdString();
+        EXPECT_EQ(colorFromHex(text).rgba(), expected.rgba()) << text.toStdString();
 }
 
 TEST(DesignSystem, showsWhatANewerServerSends)

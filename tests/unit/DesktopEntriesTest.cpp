@@ -25,6 +25,8 @@ protected:
         ::qputenv("PATH", programs().c_str());
     }
 
+    void TearDown() override { ::qputenv("PATH", m_path); }
+
     std::filesystem::path programs() { return m_folder.path() / "programs"; }
 
     void put(const std::string& folder, const std::string& id, const std::string& lines)
@@ -35,6 +37,7 @@ protected:
 
     std::string identify(const AppHints& hints) { return m_entries.bundleIdentifierFor(hints).value_or("none"); }
 
+    QByteArray m_path = ::qgetenv("PATH");
     TemporaryFolder m_folder;
     DesktopEntries m_entries{{m_folder.path() / "user", m_folder.path() / "missing", m_folder.path() / "system"}};
 };

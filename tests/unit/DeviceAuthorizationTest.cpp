@@ -2,15 +2,15 @@
 
 #include "tests/support/AppStateFixture.h"
 
+#include <limits>
+
 namespace stillgate
 {
 
 using namespace test;
 using namespace std::chrono_literals;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 class SignIn : public AppStateFixture
 {

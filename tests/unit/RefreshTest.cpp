@@ -7,6 +7,7 @@ using namespace test;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 class Refresh : public AppStateFixture
 {
@@ -61,6 +62,22 @@ TEST_F(Refresh, takesWhatTheServerHas)
     m_backend.effectiveRules = EffectiveRulesResponse{};
     refresh();
     EXPECT_THAT(state().guardianRulesForMe.value(), IsEmpty());
+}
+
+TEST_F(Refresh, followsAnOnlineStart)
+{
+    m_backend.effectiveRules = EffectiveRulesResponse{.rules = {{.id = "g",
+                                                          .userId = "u1",
+                                                          .category = "gaming",
+                                                          .enabled = true,
+                                                          .customDomains = {{"guarded.example"}},
+                                                          ._source = "guardian"}}};
+    m_backend.connections = {{controlledConnection("permanent")}};
+    m_backend.streak = FakeBackend::unreachable();
+    bootstrap();
+    EXPECT_THAT(m_backend.calls, Not(Contains("getEffectiveRules"))) << "what is offline has nothing to ask";
+    startOnline();
+    EXPECT_TRUE(m_monitor.configuration.blockedDomains.contains("guarded.example"));
 }
 
 TEST_F(Refresh, firstFailureCancelsTheOthersAndKeepsWhatWasTaken)

@@ -63,7 +63,8 @@ TEST_F(Windows, oneForAnId)
 
     m_factory.closeByHand("auth");
     m_windows.open(windowid::auth);
-    EXPECT_THAT(m_onScreen, ElementsAre("maintenance", "auth")) << "made anew";
+    EXPECT_THAT(m_onScreen, ElementsAre("maintenance", "auth"));
+    EXPECT_THAT(m_factory.made, ElementsAre("auth", "maintenance", "auth"));
     m_windows.close(windowid::auth);
     m_windows.close(windowid::auth);
     m_windows.open("settings");
@@ -155,6 +156,8 @@ TEST_F(Windows, forcedUpdateIsNeverTakenBack)
     EXPECT_EQ(m_startedServices, 1) << "the session goes on behind it";
 
     m_factory.closeByHand("force-update");
+    pass();
+    EXPECT_THAT(m_onScreen, IsEmpty());
     set(m_session.requiresForceUpdate, true);
     EXPECT_THAT(m_onScreen, IsEmpty());
 }

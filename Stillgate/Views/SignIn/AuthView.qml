@@ -10,6 +10,7 @@ AuroraPage {
 
     required property AuthViewModel viewModel
     readonly property bool isWaiting: viewModel.phase === AuthViewModel.Waiting
+    readonly property bool isOnScreen: Window.visibility !== Window.Hidden
 
     title: L.text("desktop.linkDevice.title")
     paragraph: L.text("desktop.linkDevice.subtitle")
@@ -19,7 +20,7 @@ AuroraPage {
         to: Tokens.sgAurora2
     }
 
-    Component.onCompleted: viewModel.appear()
+    onIsOnScreenChanged: isOnScreen ? viewModel.appear() : viewModel.disappear()
     Component.onDestruction: viewModel.disappear()
 
     ColumnLayout {

@@ -35,7 +35,14 @@ public:
         m_windows[number] = window;
     }
 
-    void removeWindow(xcb_window_t number) { m_windows.erase(number); }
+    void removeWindow(xcb_window_t number)
+    {
+        m_windows.erase(number);
+        const bool processHasWindows = std::ranges::any_of(
+            m_windows, [this](const auto& window) { return window.second.processIdentifier == m_processIdentifier; });
+        if (hasWindows() && !processHasWindows)
+            m_processIdentifier = m_windows.begin()->second.processIdentifier;
+    }
 
     void windowIsInFront(xcb_window_t number) { m_processIdentifier = m_windows.at(number).processIdentifier; }
 

@@ -1,0 +1,60 @@
+#include "tests/desktop/RunningApplication.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <nlohmann/json.hpp>
+
+namespace stillgate::test
+{
+
+bool comesTrue(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer limit{std::chrono::seconds{10}};
+    while (!condition() && !limit.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    return condition();
+}
+
+namespace
+{
+
+SecureSession::Settings trustIn(const ServerProcess& server)
+{
+    const auto deployment = nlohmann::json::parse(fileBytes(server.folder() / "deployment.json"));
+    return {.pinnedHashes = deployment.at("pins"), .extraAnchor = deployment.at("trustAnchor").get<std::string>()};
+}
+
+} // namespace
+
+RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const ServerProcess& server)
+    : m_engine{.machine = {.bundle = computer.bundle,
+                   .files = computer.files,
+                   .log = computer.log,
+                   .notifications = m_notifications,
+                   .clock = computer.time,
+                   .scheduler = computer.time,
+                   .defaults = computer.defaults,
+                   .host = computer.host,
+                   .hostsFileWriter = computer.hostsFileWriter,
+                   .workspace = computer.workspace},
+          .baseURL = server.baseURL(),
+          .trust = trustIn(server)}
+    , m_authorization(
+          m_engine.state, m_engine.backend, [&computer](const std::string& url) { computer.workspace.open(url); },
+          computer.time, computer.time, computer.log)
+    , m_windows(
+          {m_engine.state, m_authorization, computer.workspace, computer.bundle, m_notifications, m_preferences, [] {}})
+    , m_delegate(m_engine.state, {m_engine.runner, m_notifications, computer.time, m_statusItem, m_windows, [] {}})
+{}
+
+QWindow* RunningApplicationProcess::window(const QString& title)
+{
+    for (auto* window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible() && window->title() == title)
+            return window;
+    }
+    return nullptr;
+}
+
+} // namespace stillgate::test

@@ -1,0 +1,385 @@
+#include "Platform/Linux/Desktop/X11Workspace.h"
+
+#include "Platform/Memory/ManualTime.h"
+#include "Platform/Memory/MemoryLog.h"
+#include "tests/desktop/X11TestWindow.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+namespace stillgate
+{
+
+using namespace test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using Names = std::vector<std::string>;
+
+namespace
+{
+
+/// Runs the event loop until it is so, for ten seconds at most.
+bool becomes(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer limit{std::chrono::seconds{10}};
+    while (!condition()) {
+        if (limit.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+std::string nameOf(const std::shared_ptr<RunningApplication>& application)
+{
+    return application ? application->bundleIdentifier().value_or("unknown") : "nothing";
+}
+
+/// A program of this machine, ended with this object.
+class Program
+{
+public:
+    explicit Program(const QStringList& command)
+    {
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_process.start(command.first(), command.sliced(1));
+        if (!m_process.waitForStarted())
+            throw std::runtime_error{"can't start " + command.first().toStdString()};
+    }
+
+    ~Program() { end(); }
+
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    void end()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    [[nodiscard]] int pid() const { return static_cast<int>(m_process.processId()); }
+
+    /// The first line that it prints.
+    std::string line()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(10'000)) {
+        }
+        return m_process.readLine().trimmed().toStdString();
+    }
+
+private:
+    QProcess m_process;
+};
+
+} // namespace
+
+/// Time stands still, unless a test moves it: a window manager that is slow between two windows does no harm.
+class X11 : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (::getenv("STILLGATE_PRIVATE_DESKTOP") == nullptr)
+            throw std::runtime_error{"run by scripts/private-desktop only: it opens windows"};
+        std::signal(SIGPIPE, SIG_IGN);
+        putEntry("org.example.Alpha", "StartupWMClass=ALPHA-window");
+        putEntry("org.example.Beta", "");
+        putEntry("debian-xterm", "StartupWMClass=XTerm");
+        putEntry("org.xfce.mousepad", "");
+        m_workspace = newWorkspace();
+        observe();
+    }
+
+    void TearDown() override { ::qputenv("DISPLAY", m_display); }
+
+    std::unique_ptr<X11Workspace> newWorkspace()
+    {
+        return std::make_unique<X11Workspace>(X11Connection::open(), m_entries, m_time, m_log);
+    }
+
+    void putEntry(const std::string& id, const std::string& line)
+    {
+        putFile(m_folder.path() / "applications" / (id + ".desktop"),
+            "[Desktop Entry]\nType=Application\nName=" + id + " by name\nExec=true\n" + line + "\n");
+    }
+
+    void observe()
+    {
+        m_observations.push_back(
+            m_workspace->onActivation([this](const auto& application) { m_activated.push_back(nameOf(application)); }));
+        m_observations.push_back(
+            m_workspace->onLaunch([this](const auto& application) { m_launched.push_back(nameOf(application)); }));
+    }
+
+    [[nodiscard]] std::string front() const { return nameOf(m_workspace->frontmostApplication()); }
+
+    bool comesToFront(const std::string& name)
+    {
+        return becomes([&] { return front() == name; });
+    }
+
+    bool isShown(const X11TestWindow& window)
+    {
+        window.show();
+        return becomes([&] { return window.isActive(); });
+    }
+
+    bool isActivated(const X11TestWindow& window)
+    {
+        window.activate();
+        return becomes([&] { return window.isActive(); });
+    }
+
+    /// A window manager that knows all windows that are there, in the place of another one if there is one.
+    std::unique_ptr<Program> newWindowManager()
+    {
+        const auto ready = m_folder.path() / "ready";
+        std::filesystem::remove(ready);
+        auto program = std::make_unique<Program>(QStringList{
+            "openbox", "--replace", "--sm-disable", "--startup", QString::fromStdString("touch " + ready.string())});
+        EXPECT_TRUE(becomes([&] { return std::filesystem::exists(ready); }));
+        return program;
+    }
+
+    /// What a window manager says, where a test says it in its place.
+    void claim(const std::string& property, const std::vector<uint32_t>& windows) const
+    {
+        putNumbers(*m_root, m_root->root(), property, windows);
+    }
+
+    QByteArray m_display = ::qgetenv("DISPLAY");
+    TemporaryFolder m_folder;
+    DesktopEntries m_entries{{m_folder.path()}};
+    ManualTime m_time;
+    MemoryLog m_log;
+    std::unique_ptr<X11Connection> m_root = X11Connection::open();
+    std::unique_ptr<X11Workspace> m_workspace;
+    std::vector<std::unique_ptr<Observation>> m_observations;
+    Names m_activated;
+    Names m_launched;
+};
+
+TEST_F(X11, realAppsAreToldByTheirIdentifiers)
+{
+    Program terminal{{"xterm"}};
+    EXPECT_TRUE(comesToFront("com.apple.Terminal"));
+    EXPECT_EQ(m_workspace->frontmostApplication()->processIdentifier(), terminal.pid());
+    Program editor{{"mousepad", "--disable-server"}};
+    EXPECT_TRUE(comesToFront("org.xfce.mousepad"));
+    EXPECT_EQ(m_workspace->frontmostApplication()->processIdentifier(), editor.pid());
+    editor.end();
+    EXPECT_TRUE(comesToFront("com.apple.Terminal"));
+    terminal.end();
+    EXPECT_TRUE(comesToFront("nothing"));
+    EXPECT_THAT(m_launched, ElementsAre("com.apple.Terminal", "org.xfce.mousepad"));
+    EXPECT_THAT(m_log.lines, IsEmpty());
+}
+
+TEST_F(X11, onlyAChangeOfAppIsAnActivation)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    const X11TestWindow secondAlpha{"Alpha-Window"};
+    const X11TestWindow beta{"Beta"};
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_TRUE(isShown(secondAlpha));
+    EXPECT_TRUE(isShown(beta));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(isActivated(alpha));
+        EXPECT_TRUE(comesToFront("org.example.Alpha"));
+        EXPECT_TRUE(isActivated(secondAlpha));
+        EXPECT_TRUE(isActivated(beta));
+        EXPECT_TRUE(comesToFront("org.example.Beta"));
+    }
+    const Names expected{"org.example.Alpha", "org.example.Beta"};
+    EXPECT_THAT(m_launched, expected);
+    EXPECT_THAT(m_activated,
+        ElementsAre(
+            expected[0], expected[1], expected[0], expected[1], expected[0], expected[1], expected[0], expected[1]));
+}
+
+TEST_F(X11, iconIsNotInFront)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    alpha.makeIcon();
+    EXPECT_TRUE(comesToFront("nothing"));
+    claim("_NET_ACTIVE_WINDOW", {alpha.number()}); // as window managers do that repeat themselves
+    const X11TestWindow beta{"Beta"};
+    EXPECT_TRUE(isShown(beta));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    beta.makeIcon();
+    EXPECT_TRUE(comesToFront("nothing"));
+    EXPECT_TRUE(isActivated(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_THAT(
+        m_activated, ElementsAre("org.example.Alpha", "nothing", "org.example.Beta", "nothing", "org.example.Alpha"));
+    EXPECT_THAT(m_launched, ElementsAre("org.example.Alpha", "org.example.Beta"));
+}
+
+TEST_F(X11, momentBetweenTwoWindowsIsNoActivation)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    claim("_NET_ACTIVE_WINDOW", {XCB_WINDOW_NONE});
+    EXPECT_TRUE(becomes([&] { return m_time.pendingTimers() == 1; }));
+    EXPECT_EQ(front(), "org.example.Alpha");
+    claim("_NET_ACTIVE_WINDOW", {alpha.number()});
+    EXPECT_TRUE(becomes([&] { return m_time.pendingTimers() == 0; }));
+
+    claim("_NET_ACTIVE_WINDOW", {XCB_WINDOW_NONE});
+    EXPECT_TRUE(becomes([&] { return m_time.pendingTimers() == 1; }));
+    claim("_NET_ACTIVE_WINDOW", {alpha.number()});
+    m_time.advance(std::chrono::seconds{1});
+    EXPECT_THAT(m_activated, ElementsAre("org.example.Alpha")) << "the answer was on its way";
+
+    claim("_NET_ACTIVE_WINDOW", {XCB_WINDOW_NONE});
+    EXPECT_TRUE(becomes([&] { return m_time.pendingTimers() == 1; }));
+    m_time.advance(std::chrono::seconds{1});
+    EXPECT_THAT(m_activated, ElementsAre("org.example.Alpha", "nothing"));
+}
+
+TEST_F(X11, appThatIsClosedEnds)
+{
+    const X11TestWindow beta{"Beta"};
+    EXPECT_TRUE(isShown(beta));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    const auto first = m_workspace->frontmostApplication();
+    beta.close();
+    EXPECT_TRUE(comesToFront("nothing"));
+
+    const X11TestWindow again{"Beta"};
+    EXPECT_TRUE(isShown(again));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    EXPECT_NE(m_workspace->frontmostApplication(), first);
+    EXPECT_THAT(m_launched, ElementsAre("org.example.Beta", "org.example.Beta"));
+}
+
+TEST_F(X11, numberOfAWindowMayComeAgain)
+{
+    const X11TestWindow window{"Alpha-Window"};
+    EXPECT_TRUE(isShown(window));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    window.giveNumberToNewWindow("Beta");
+    const QDeadlineTimer limit{std::chrono::seconds{10}};
+    while (!window.isActive() && !limit.hasExpired()) // and the workspace gets no turn meanwhile
+        ;
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    window.giveNumberToNewWindow("ALPHA-window");
+    EXPECT_TRUE(comesToFront("org.example.Alpha")) << "its properties are watched";
+}
+
+TEST_F(X11, pidIsTheOneThatTheServerKnows)
+{
+    const X11TestWindow alpha{"Alpha-Window"}; // says that it is 1
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_EQ(m_workspace->frontmostApplication()->processIdentifier(), ::getpid());
+}
+
+TEST_F(X11, windowMayTellLateWhoseItIs)
+{
+    const X11TestWindow window;
+    EXPECT_TRUE(isShown(window));
+    EXPECT_TRUE(comesToFront("unknown"));
+    window.putClass("Beta");
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    window.putApplicationId("org.example.Alpha");
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_THAT(m_activated, ElementsAre("unknown", "org.example.Beta", "org.example.Alpha"));
+    EXPECT_EQ(m_launched, m_activated);
+}
+
+TEST_F(X11, appsThatRanBeforeWeStartedAreNotLaunched)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    m_launched.clear();
+    m_workspace = newWorkspace();
+    observe();
+    EXPECT_EQ(front(), "org.example.Alpha") << "known at once";
+    const X11TestWindow beta{"Beta"};
+    EXPECT_TRUE(isShown(beta));
+    EXPECT_TRUE(becomes([&] { return !m_launched.empty(); }));
+    EXPECT_THAT(m_launched, ElementsAre("org.example.Beta"));
+}
+
+TEST_F(X11, nonsenseIsSurvived)
+{
+    claim("_NET_CLIENT_LIST", {0, 1, m_root->root(), 0xffffffff, 0x1234567});
+    for (const uint32_t window : {1U, m_root->root(), 0xffffffffU, 0U})
+        claim("_NET_ACTIVE_WINDOW", {window});
+    claim("_NET_ACTIVE_WINDOW", {});
+    const X11TestWindow window{"Beta"};
+    window.putApplicationId(std::string(1'000'000, '/'));
+    EXPECT_TRUE(isShown(window));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+}
+
+/// A server that a test may end, with the window managers that it starts.
+class LoneX11 : public X11
+{
+protected:
+    void SetUp() override
+    {
+        ::qputenv("DISPLAY", QByteArray{":"} + m_server.line().c_str());
+        m_root = X11Connection::open();
+        X11::SetUp();
+    }
+
+    Program m_server{{"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-noreset"}};
+};
+
+TEST_F(LoneX11, windowManagerMayComeLater)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    alpha.show();
+    EXPECT_EQ(front(), "nothing");
+    const auto windowManager = newWindowManager();
+    EXPECT_TRUE(isActivated(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_THAT(m_launched, ElementsAre("org.example.Alpha"));
+}
+
+TEST_F(LoneX11, anotherWindowManagerStartsNoAppAnew)
+{
+    const auto first = newWindowManager();
+    const X11TestWindow alpha{"Alpha-Window"};
+    const X11TestWindow beta{"Beta"};
+    EXPECT_TRUE(isShown(alpha));
+    EXPECT_TRUE(isShown(beta));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    const auto successor = newWindowManager();
+    EXPECT_TRUE(isActivated(alpha));
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    EXPECT_TRUE(isActivated(beta));
+    EXPECT_TRUE(comesToFront("org.example.Beta"));
+    EXPECT_THAT(m_launched, ElementsAre("org.example.Alpha", "org.example.Beta"));
+}
+
+TEST_F(LoneX11, lostServerLeavesNothingInFront)
+{
+    const X11TestWindow alpha{"Alpha-Window"};
+    claim("_NET_ACTIVE_WINDOW", {alpha.number()});
+    EXPECT_TRUE(comesToFront("org.example.Alpha"));
+    m_server.end();
+    EXPECT_TRUE(comesToFront("nothing"));
+    EXPECT_THAT(m_activated, ElementsAre("org.example.Alpha", "nothing"));
+    EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr("The connection to the X server is lost")));
+    EXPECT_EQ(X11Connection::open(), nullptr);
+    EXPECT_EQ(m_workspace->nameOfApplication("com.apple.Terminal"), "debian-xterm by name");
+}
+
+} // namespace stillgate
