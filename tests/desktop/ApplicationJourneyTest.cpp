@@ -181,11 +181,11 @@ TEST_F(Journey, gatesOfTheServerComeAndGo)
     EXPECT_FALSE(isOpen("Maintenance"));
     EXPECT_FALSE(isOpen(authWindow));
 
-    configureServer("min-version = \"2.0\"\nforce-update-url = \"https://stillgate.example/get\"\n");
+    configureServer("minimum-version = \"2.0\"\nupdate-url = \"https://stillgate.example/get\"\n");
     letABeatPass();
     letTheWatchLook();
     EXPECT_TRUE(isOpen("Update Required"));
-    configureServer("min-version = \"1.4\"\n");
+    configureServer("minimum-version = \"1.4\"\n");
     letABeatPass();
     letTheWatchLook();
     EXPECT_FALSE(state().requiresForceUpdate);

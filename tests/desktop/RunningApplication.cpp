@@ -16,28 +16,28 @@ bool comesTrue(const std::function<bool()>& condition)
     return condition();
 }
 
-namespace
-{
-
 SecureSession::Settings trustIn(const ServerProcess& server)
 {
     const auto deployment = nlohmann::json::parse(fileBytes(server.folder() / "deployment.json"));
     return {.pinnedHashes = deployment.at("pins"), .extraAnchor = deployment.at("trustAnchor").get<std::string>()};
 }
 
-} // namespace
+Machine machineOn(Computer& computer, NotificationCenter& notifications, Workspace& workspace)
+{
+    return {.bundle = computer.bundle,
+        .files = computer.files,
+        .log = computer.log,
+        .notifications = notifications,
+        .clock = computer.time,
+        .scheduler = computer.time,
+        .defaults = computer.defaults,
+        .host = computer.host,
+        .hostsFileWriter = computer.hostsFileWriter,
+        .workspace = workspace};
+}
 
 RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const ServerProcess& server)
-    : m_engine{.machine = {.bundle = computer.bundle,
-                   .files = computer.files,
-                   .log = computer.log,
-                   .notifications = m_notifications,
-                   .clock = computer.time,
-                   .scheduler = computer.time,
-                   .defaults = computer.defaults,
-                   .host = computer.host,
-                   .hostsFileWriter = computer.hostsFileWriter,
-                   .workspace = computer.workspace},
+    : m_engine{.machine = machineOn(computer, m_notifications, computer.workspace),
           .baseURL = server.baseURL(),
           .trust = trustIn(server)}
     , m_authorization(

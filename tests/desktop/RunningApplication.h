@@ -63,6 +63,12 @@ struct Computer
     MemoryWorkspace workspace;
 };
 
+/// The computer as an engine sees it, with another desktop than its own if need be.
+[[nodiscard]] Machine machineOn(Computer& computer, NotificationCenter& notifications, Workspace& workspace);
+
+/// What makes a client take the server for its backend.
+[[nodiscard]] SecureSession::Settings trustIn(const ServerProcess& server);
+
 /// The application as main() puts it together, with real windows and a real backend, on a computer whose time a test
 /// moves.
 class RunningApplicationProcess
