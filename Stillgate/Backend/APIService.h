@@ -24,7 +24,10 @@ public:
 
     [[nodiscard]] bool isAuthenticated() const override { return m_pipeline.tokens().access().has_value(); }
 
-    void setTokens(std::string_view access, std::string_view refresh) override { m_pipeline.tokens().set(access, refresh); }
+    void setTokens(std::string_view access, std::string_view refresh) override
+    {
+        m_pipeline.tokens().set(access, refresh);
+    }
 
     // Session and account.
     [[nodiscard]] Task<Result<DeviceCodeResponse>> requestDeviceCode() override;

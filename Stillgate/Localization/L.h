@@ -19,6 +19,6 @@ public:
     [[nodiscard]] std::string locale() const;
 };
 
-inline constexpr ProcessTexts L;
+inline constexpr ProcessTexts L; // NOLINT(readability-identifier-naming): a word of every screen
 
 } // namespace stillgate

@@ -90,8 +90,8 @@ protected:
         std::ofstream{file} << m_originalConfig.substr(0, section) << "\n[app-config]\n" << appConfig;
     }
 
-    /// Five minutes, with all that they set going: a beat, a look at the configuration, and at last a refresh, whose end
-    /// shows in the cache.
+    /// Five minutes, with all that they set going: a beat, a look at the configuration, and at last a refresh, whose
+    /// end shows in the cache.
     void letABeatPass()
     {
         m_computer.files.files.erase(cacheFile);

@@ -24,6 +24,7 @@ Item {
     Repeater {
         model: spinner.dotCount
 
+        // qmllint disable unqualified
         Rectangle {
             id: dot
 
@@ -39,5 +40,6 @@ Item {
             color: Tokens.sgAccent
             opacity: 1 - 0.11 * age
         }
+        // qmllint enable unqualified
     }
 }
