@@ -6,6 +6,21 @@
 namespace stillgate
 {
 
+namespace
+{
+
+/// What the session calls for; nothing when it is up.
+std::optional<std::string_view> windowFor(const SessionData& session)
+{
+    if (session.isMaintenanceMode)
+        return windowid::maintenance;
+    if (session.requiresForceUpdate)
+        return windowid::forceUpdate;
+    return session.isAuthenticated ? std::nullopt : std::optional{windowid::auth};
+}
+
+} // namespace
+
 AppDelegate::AppDelegate(AppState& state, const ShellServices& shell)
     : m_state(state)
     , m_shell(shell)
@@ -25,16 +40,12 @@ Task<> AppDelegate::launch()
 {
     co_await m_state.bootstrap();
     m_hasLaunched = true;
-    if (m_state.isMaintenanceMode)
-        m_windows.open(windowid::maintenance);
-    else if (m_state.requiresForceUpdate)
-        m_windows.open(windowid::forceUpdate);
-    else if (m_state.isOnboarding)
+    if (m_state.isOnboarding && !m_state.isBehindAGate())
         m_state.finishOnboarding(); // there is no first-run flow yet: the watch goes on with the sign-in
-    else if (m_state.isAuthenticated)
-        m_shell.services.startServices();
+    else if (const auto window = windowFor(m_state))
+        m_windows.open(*window);
     else
-        m_windows.open(windowid::auth);
+        m_shell.services.startServices();
 }
 
 void AppDelegate::setUpMenuBar()
@@ -82,12 +93,8 @@ void AppDelegate::applicationReopened()
         return; // whether anybody is signed in isn't known yet; what there is to see comes by itself
     if (m_windows.bringToFront())
         return;
-    if (m_state.isMaintenanceMode)
-        m_windows.open(windowid::maintenance);
-    else if (m_state.requiresForceUpdate)
-        m_windows.open(windowid::forceUpdate);
-    else if (!m_state.isAuthenticated)
-        m_windows.open(windowid::auth);
+    if (const auto window = windowFor(m_state))
+        m_windows.open(*window);
     else if (!m_popover || !m_popover->isShown())
         togglePopover();
 }

@@ -49,11 +49,19 @@ Task<> AppState::bootstrap()
 {
     if (isOnboarding)
         co_return;
+    ++m_startsUnderWay;
+    isStarting = true;
+    co_await startSession();
+    isStarting = --m_startsUnderWay > 0;
+}
+
+Task<> AppState::startSession()
+{
     m_session.cancel();
     m_session = {};
     const auto session = m_session.token();
     co_await waitAtMost(&m_services.scheduler, longestConfigurationWait, m_configuration.checkAppConfig());
-    if (session.isCancelled() || isMaintenanceMode || requiresForceUpdate)
+    if (session.isCancelled() || isBehindAGate())
         co_return;
     m_services.backend.loadTokens();
     if (!m_services.backend.isAuthenticated()) {
@@ -75,6 +83,7 @@ Task<> AppState::bootstrap()
     }
 
     isAuthenticated = true;
+    isBlockingActive = true;
     isOffline = false;
     co_await loadRest(session);
     if (session.isCancelled())
@@ -132,6 +141,7 @@ void AppState::goOffline(const Error& reason)
     isOffline = true;
     loadFromCache();
     isAuthenticated = true;
+    isBlockingActive = true;
     m_services.log.write("[AppState] Bootstrap failed (offline): " + reason.description());
     startTimersAndTracking();
 }

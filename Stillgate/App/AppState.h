@@ -53,6 +53,7 @@ public:
     void syncBlockingState();
 
 private:
+    [[nodiscard]] Task<> startSession();
     [[nodiscard]] Task<Result<void>> loadFirst(CancellationToken session);
     [[nodiscard]] Task<> loadRest(CancellationToken session);
     [[nodiscard]] Task<Result<void>> reloadFirst(CancellationToken session);
@@ -74,6 +75,7 @@ private:
     Heartbeat m_heartbeat;
     ConfigurationWatch m_configuration;
 
+    int m_startsUnderWay = 0;     ///< a sign-in may start a session while the launch still waits
     CancellationSource m_session; ///< cancelled when the session ends
     std::unique_ptr<Timer> m_logoutSoon;
     std::unique_ptr<Observation> m_forceLogout;

@@ -25,7 +25,8 @@ The log goes to standard error. Without the right to write /etc/hosts, sites are
 the rest goes on.
 
 Exit status: 0 after a signal, --help, --version, a sign-in, or a second start; 64 when the arguments make no sense; 69
-when there is no desktop to show windows on; 75 when signing in didn't work; 78 when no backend is configured.
+when there is no desktop to show windows on; 75 when signing in didn't work, or another one runs that can't be brought
+forward; 78 when no backend is configured.
 )";
 
 constexpr auto hint = "; see stillgate --help\n";

@@ -1,6 +1,7 @@
 #include "App/DeviceAuthorization.h"
 
 #include "Localization/L.h"
+#include "Platform/WebAddress.h"
 
 #include <QUrl>
 #include <QUrlQuery>
@@ -89,7 +90,8 @@ Task<> DeviceAuthorization::requestCode()
 Task<> DeviceAuthorization::openBrowserSoon(DeviceCodeResponse code)
 {
     co_await waitFor(&m_scheduler, browserDelay);
-    openBrowserFor(code);
+    if (!m_state.isAuthenticated && !isCompleting)
+        openBrowserFor(code);
 }
 
 void DeviceAuthorization::openBrowser()
@@ -108,12 +110,12 @@ void DeviceAuthorization::openBrowserFor(const DeviceCodeResponse& code)
 
 std::optional<std::string> DeviceAuthorization::approvalPage(const DeviceCodeResponse& code)
 {
-    const auto complete = QUrl{QString::fromStdString(code.verificationUrlComplete.value_or("")), QUrl::StrictMode};
-    if (complete.isValid())
-        return complete.toEncoded().toStdString();
-    QUrl page{QString::fromStdString(code.verificationUrl), QUrl::StrictMode};
-    if (!page.isValid())
+    if (const auto complete = webAddress(code.verificationUrlComplete.value_or("")))
+        return complete;
+    const auto plain = webAddress(code.verificationUrl);
+    if (!plain)
         return std::nullopt;
+    QUrl page{QString::fromStdString(*plain)};
     QUrlQuery query{page};
     // Encoded by us: a query leaves a plus sign as it is, and servers read it as a blank.
     query.addQueryItem("user_code", QString::fromUtf8(QUrl::toPercentEncoding(QString::fromStdString(code.userCode))));
@@ -185,10 +187,11 @@ Task<> DeviceAuthorization::completeDeviceAuthorization(DeviceCodePollResponse a
     m_backend.setTokens(*answer.accessToken, *answer.refreshToken);
     m_state.currentUser = answer.user;
     m_log.write("[Stillgate] Signed in");
+    isCompleting = true;
     co_await m_state.bootstrap();
-    const bool isBehindAGate = m_state.isMaintenanceMode || m_state.requiresForceUpdate;
-    if (!m_state.isAuthenticated && !isBehindAGate)
+    if (!m_state.isAuthenticated && !m_state.isBehindAGate())
         fail(L.localized("errors.generic"));
+    isCompleting = false;
 }
 
 void DeviceAuthorization::fail(std::string message)

@@ -27,6 +27,8 @@ public:
     /// The code ran out; a new one has to be asked for.
     QProperty<bool> isExpired{false};
     QProperty<bool> isRequestingDeviceCode{false};
+    /// The user has approved, and the session is coming up.
+    QProperty<bool> isCompleting{false};
     /// Why it doesn't go on, in the user's language.
     QProperty<std::optional<std::string>> deviceAuthErrorMessage;
 

@@ -12,6 +12,8 @@ namespace
 
 /// How long the end of the program waits for its last report.
 constexpr auto longestReport = 2s;
+/// How long it waits for a write of the hosts file. What changes the file comes to its end by itself.
+constexpr auto longestWrite = 10s;
 
 Task<> drop(Task<Result<void>> task)
 {
@@ -54,7 +56,12 @@ Task<> ServiceRunner::applicationWillTerminate()
     }
     m_services.monitor.stopMonitoring();
     m_services.tracker.stopTracking();
-    co_await m_services.hostsFile.settled();
+    co_await settle();
+}
+
+Task<> ServiceRunner::settle()
+{
+    co_await waitAtMost(&m_services.scheduler, longestWrite, m_services.hostsFile.settled());
 }
 
 } // namespace stillgate

@@ -19,6 +19,9 @@ public:
     /// under way comes to its end.
     [[nodiscard]] Task<> applicationWillTerminate();
 
+    /// Waits until nothing is being written any more that has to be.
+    [[nodiscard]] Task<> settle();
+
 private:
     [[nodiscard]] Task<> start(std::vector<std::string> domains);
 

@@ -23,6 +23,10 @@ struct SessionData
     QProperty<bool> isAuthenticated{false};
     QProperty<bool> isMaintenanceMode{false};
     QProperty<bool> requiresForceUpdate{false};
+    /// A start is under way, which may find a session.
+    QProperty<bool> isStarting{false};
+
+    [[nodiscard]] bool isBehindAGate() const { return isMaintenanceMode || requiresForceUpdate; }
 
     /// The last start or refresh couldn't get streak, rules and devices. Nothing is disabled by it.
     QProperty<bool> isOffline{false};

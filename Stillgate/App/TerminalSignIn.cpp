@@ -1,6 +1,7 @@
 #include "App/TerminalSignIn.h"
 
 #include "Localization/L.h"
+#include "Platform/Text.h"
 
 #include <ostream>
 
@@ -22,11 +23,11 @@ Task<bool> TerminalSignIn::run()
         tell(L.localized("desktop.signIn.alreadySignedIn"));
         co_return true;
     }
-    if (!isBehindAGate())
+    if (!m_state.isBehindAGate())
         co_await authorize();
 
     if (m_state.isAuthenticated) {
-        co_await m_state.refreshData(); // so that the cache is complete when the program ends
+        co_await m_state.refreshData(); // a start doesn't ask for the guardian's rules, and the cache shall have them
         const auto user = m_state.currentUser.value().value_or(SGUser{});
         tell(L.localized("desktop.signIn.done", {{"name", user.displayName.value_or(user.email)}}));
     } else if (m_state.isMaintenanceMode) {
@@ -46,24 +47,21 @@ Task<> TerminalSignIn::authorize()
 {
     OneShotEvent isDecided;
     const auto look = [this, &isDecided] {
-        if (m_state.isAuthenticated || m_authorization.isExpired || m_authorization.deviceAuthErrorMessage.value() ||
-            isBehindAGate())
+        const bool isOver = m_state.isAuthenticated || m_authorization.isExpired ||
+            m_authorization.deviceAuthErrorMessage.value() || m_state.isBehindAGate();
+        if (isOver && !m_authorization.isCompleting)
             isDecided.happen();
     };
     const auto onSession = m_state.isAuthenticated.addNotifier(look);
     const auto onMaintenance = m_state.isMaintenanceMode.addNotifier(look);
     const auto onForceUpdate = m_state.requiresForceUpdate.addNotifier(look);
+    const auto onCompletion = m_authorization.isCompleting.addNotifier(look);
     const auto onExpiry = m_authorization.isExpired.addNotifier(look);
     const auto onError = m_authorization.deviceAuthErrorMessage.addNotifier(look);
     const auto onCode = m_authorization.deviceCode.addNotifier([this] { showLink(); });
     m_authorization.resumeOrStartDeviceAuth();
     co_await isDecided;
     m_authorization.stopPolling();
-}
-
-bool TerminalSignIn::isBehindAGate() const
-{
-    return m_state.isMaintenanceMode || m_state.requiresForceUpdate;
 }
 
 void TerminalSignIn::showLink()
@@ -80,7 +78,7 @@ void TerminalSignIn::showLink()
 /// Each line at once: whoever reads a pipe waits for the link.
 void TerminalSignIn::tell(std::string_view text)
 {
-    m_output << text << std::endl;
+    m_output << onOneLine(text) << std::endl;
 }
 
 } // namespace stillgate

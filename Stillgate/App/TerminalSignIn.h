@@ -18,7 +18,6 @@ public:
 
 private:
     [[nodiscard]] Task<> authorize();
-    [[nodiscard]] bool isBehindAGate() const;
     void showLink();
     void tell(std::string_view text);
 

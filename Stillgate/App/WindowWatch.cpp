@@ -25,7 +25,7 @@ void WindowWatch::pass()
 {
     followMaintenance();
     followForcedUpdate();
-    if (m_session.isMaintenanceMode || m_session.requiresForceUpdate)
+    if (m_session.isBehindAGate())
         return;
     if (m_wasOnboarding && !m_session.isOnboarding) {
         m_windows.close(windowid::onboarding);

@@ -8,6 +8,7 @@
 #include "Platform/Linux/Deployment.h"
 #include "Platform/Linux/Desktop/AbsentWorkspace.h"
 #include "Platform/Linux/Desktop/X11Workspace.h"
+#include "Platform/Linux/InstanceLock.h"
 #include "Platform/Linux/JSONUserDefaults.h"
 #include "Platform/Linux/LinuxBundle.h"
 #include "Platform/Linux/LinuxChildProcess.h"
@@ -18,6 +19,7 @@
 #include "Platform/Linux/ScriptHostsFileWriter.h"
 #include "Platform/Linux/Shell/BusSingleInstance.h"
 #include "Platform/Linux/Shell/PortalDisplayPreferences.h"
+#include "Platform/Linux/Shell/QuitRequests.h"
 #include "Platform/Linux/Shell/TrayStatusItem.h"
 #include "Platform/Linux/StandardErrorLog.h"
 #include "Platform/Linux/TerminationSignals.h"
@@ -70,7 +72,7 @@ struct LinuxMachine
     LinuxMachine()
     {
         ProcessTexts::use(texts);
-        QLocale::setDefault(QLocale{QString::fromStdString(texts.locale())});
+        QLocale::setDefault(QLocale{QString::fromStdString(L.locale())});
     }
 
     [[nodiscard]] Machine machine()
@@ -133,45 +135,75 @@ struct Program
     std::quick_exit(QCoreApplication::exec());
 }
 
-Task<> startHeadless(Engine* engine)
+void sayThatItRuns()
 {
-    co_await engine->state.bootstrap();
-    auto& log = engine->machine.log;
-    if (engine->state.isAuthenticated)
-        engine->runner.startServices();
-    else if (engine->state.isOnboarding)
-        log.write("[Stillgate] Not set up yet; nothing to enforce");
-    else
-        log.write("[Stillgate] Nobody is signed in; nothing to enforce");
+    std::cerr << "stillgate: it runs already, for this user\n";
 }
 
-Task<> stopHeadless(Engine* engine, int status)
+Task<> startHeadless(Engine* engine)
+{
+    const auto& state = engine->state;
+    auto& log = engine->machine.log;
+    co_await engine->state.bootstrap();
+    if (state.isAuthenticated)
+        engine->runner.startServices();
+    else if (state.isMaintenanceMode)
+        log.write("[Stillgate] The server is under maintenance; start again when it is over");
+    else if (state.requiresForceUpdate)
+        log.write("[Stillgate] This version is too old for the server");
+    else if (state.isOnboarding)
+        log.write("[Stillgate] Not set up yet; nothing to enforce. See stillgate --headless --sign-in");
+    else
+        log.write("[Stillgate] Nobody is signed in; nothing to enforce. See stillgate --headless --sign-in");
+}
+
+Task<> stopHeadless(Engine* engine)
 {
     co_await engine->runner.applicationWillTerminate();
-    QCoreApplication::exit(status);
+    QCoreApplication::exit(EX_OK);
 }
 
 int runHeadless(int argc, char** argv)
 {
     QCoreApplication application{argc, argv};
+    LinuxFileManager files;
+    const InstanceLock lock{files};
+    if (!lock.isHeld()) {
+        sayThatItRuns();
+        return EX_TEMPFAIL;
+    }
     Program program;
     if (!program.engine)
         return EX_CONFIG;
     auto* engine = program.engine.get();
-    const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine, EX_OK)); }};
+    const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine)); }};
     runDetached(startHeadless(engine));
     runUntilQuit();
 }
 
-Task<> signInAndStop(Engine* engine, TerminalSignIn* signIn)
+/// The command is over, and nothing that it belongs to: no report, and the blocks stay.
+Task<> endSignIn(Engine* engine, int status)
+{
+    engine->tracker.stopTracking();
+    co_await engine->runner.settle();
+    QCoreApplication::exit(status);
+}
+
+Task<> signInAndEnd(Engine* engine, TerminalSignIn* signIn)
 {
     const bool isSignedIn = co_await signIn->run();
-    co_await stopHeadless(engine, isSignedIn ? EX_OK : EX_TEMPFAIL);
+    co_await endSignIn(engine, isSignedIn ? EX_OK : EX_TEMPFAIL);
 }
 
 int runSignIn(int argc, char** argv)
 {
     QCoreApplication application{argc, argv};
+    LinuxFileManager files;
+    const InstanceLock lock{files};
+    if (!lock.isHeld()) {
+        sayThatItRuns();
+        return EX_TEMPFAIL;
+    }
     Program program;
     if (!program.engine)
         return EX_CONFIG;
@@ -181,12 +213,11 @@ int runSignIn(int argc, char** argv)
     DeviceAuthorization authorization{
         engine->state, engine->backend, openNothing, machine.clock, machine.scheduler, machine.log};
     TerminalSignIn signIn{engine->state, authorization, std::cout};
-    const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine, EX_TEMPFAIL)); }};
-    runDetached(signInAndStop(engine, &signIn));
+    const TerminationSignals signals{[engine] { runDetached(endSignIn(engine, EX_TEMPFAIL)); }};
+    runDetached(signInAndEnd(engine, &signIn));
     runUntilQuit();
 }
 
-/// Nobody is to be surprised by what an environment says, unless it says it on purpose.
 void chooseRenderer()
 {
     // Smaller and faster to the first frame, and no graphics driver stands between a user and a block screen.
@@ -194,10 +225,21 @@ void chooseRenderer()
         QQuickWindow::setSceneGraphBackend("software");
 }
 
+/// Qt would abort without one.
 bool hasDisplay()
 {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-        qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return true;
+    return qEnvironmentVariableIsSet("DISPLAY") && X11Connection::open() != nullptr;
+}
+
+/// The second start of a user who has forgotten the first one.
+int reopenOther(SingleInstance& instance)
+{
+    if (instance.reopenOther())
+        return EX_OK;
+    sayThatItRuns();
+    return EX_TEMPFAIL;
 }
 
 int runDesktop(int argc, char** argv)
@@ -211,33 +253,37 @@ int runDesktop(int argc, char** argv)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName("com.stillgate.Stillgate");
     QGuiApplication::setWindowIcon(QIcon{":/stillgate/app-icon/stillgate.svg"});
+    LinuxFileManager files;
+    StandardErrorLog log;
+    BusSingleInstance instance{log};
+    const InstanceLock lock{files};
+    if (!lock.isHeld())
+        return reopenOther(instance);
+    instance.listen();
+
     Program program;
-    auto& linux = program.linux;
-    BusSingleInstance instance{linux.log};
-    if (!instance.claim())
-        return EX_OK;
     if (!program.engine)
         return EX_CONFIG;
     auto* engine = program.engine.get();
+    auto* workspace = program.linux.workspace.get();
     const auto& machine = engine->machine;
-
     DeviceAuthorization authorization{engine->state, engine->backend,
-        [workspace = linux.workspace.get()](const std::string& url) { workspace->open(url); }, machine.clock,
-        machine.scheduler, machine.log};
+        [workspace](const std::string& url) { workspace->open(url); }, machine.clock, machine.scheduler, machine.log};
     TrayStatusItem statusItem{QIcon{":/stillgate/tray.svg"}};
     PortalDisplayPreferences displayPreferences;
     AppDelegate* delegatePointer = nullptr;
     const auto terminate = [&delegatePointer] { delegatePointer->terminate(); };
     QuickWindows windows{{engine->state, authorization, machine.workspace, machine.bundle, machine.notifications,
-        displayPreferences, terminate}};
+        displayPreferences, machine.clock, terminate}};
     AppDelegate delegate{engine->state,
         {engine->runner, machine.notifications, machine.scheduler, statusItem, windows,
-            [] { QCoreApplication::quit(); }}};
+            [] { QCoreApplication::exit(EX_OK); }}};
     delegatePointer = &delegate;
 
     const auto reopened = instance.onReopen([&delegate] { delegate.applicationReopened(); });
     const CommandKeys keys{CommandKeys::Handler{
         [&delegate](const std::string& characters) { return delegate.handleCommandKey(characters); }}};
+    const QuitRequests quitRequests{terminate};
     const TerminationSignals signals{terminate};
     delegate.applicationDidFinishLaunching();
     runUntilQuit();

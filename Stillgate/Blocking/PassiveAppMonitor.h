@@ -6,7 +6,7 @@
 namespace stillgate
 {
 
-/// Keeps what it would have to enforce and watches nothing: for a machine without a desktop.
+/// Keeps what it would have to enforce and watches nothing: until there is a process monitor.
 class PassiveAppMonitor final : public AppMonitor
 {
 public:

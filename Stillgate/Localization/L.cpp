@@ -22,7 +22,7 @@ std::string ProcessTexts::localized(std::string_view key, const LocalizationMana
 
 std::string ProcessTexts::locale() const
 {
-    return texts != nullptr ? texts->locale() : "en";
+    return texts != nullptr ? texts->languageOfTexts() : "en";
 }
 
 } // namespace stillgate

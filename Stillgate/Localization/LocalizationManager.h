@@ -31,8 +31,11 @@ public:
     LocalizationManager(const LocalizationManager&) = delete;
     LocalizationManager& operator=(const LocalizationManager&) = delete;
 
-    /// The code of the language: "en".
+    /// The code of the chosen language: "en".
     [[nodiscard]] const std::string& locale() const { return m_locale; }
+
+    /// The code of the language that the texts are in: English where there are none in the chosen one.
+    [[nodiscard]] std::string languageOfTexts() const { return m_translations ? m_locale : "en"; }
 
     /// The text of the key; each name between double braces is replaced by its parameter, if it has one.
     [[nodiscard]] std::string localized(std::string_view key, const Parameters& parameters = {}) const;

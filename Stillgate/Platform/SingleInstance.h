@@ -8,15 +8,17 @@
 namespace stillgate
 {
 
-/// Sees to it that the application runs once for a user. Main thread only.
+/// How a second start of the application reaches the one that runs. Main thread only.
 class SingleInstance
 {
 public:
     virtual ~SingleInstance() = default;
 
-    /// Whether this process is the one that runs. If another one is, that one is told that the user has started the
-    /// application again.
-    [[nodiscard]] virtual bool claim() = 0;
+    /// From now on, this process hears of later starts.
+    virtual void listen() = 0;
+
+    /// Tells the process that runs that the user has started the application again; whether it has heard.
+    [[nodiscard]] virtual bool reopenOther() = 0;
 
     /// Called when the user has started the application again.
     [[nodiscard]] virtual std::unique_ptr<Observation> onReopen(std::function<void()> observer) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace stillgate
@@ -14,6 +16,15 @@ inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(characters) - first + 1);
+}
+
+/// One line that steers no terminal: what is no character that can be seen becomes a blank. For a text that comes from
+/// a server, a file or another program.
+[[nodiscard]] inline std::string onOneLine(std::string_view text)
+{
+    std::string line{text};
+    std::ranges::replace_if(line, [](unsigned char character) { return character < ' ' || character == 0x7f; }, ' ');
+    return line;
 }
 
 } // namespace stillgate

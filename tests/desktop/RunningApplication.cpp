@@ -43,8 +43,8 @@ RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const S
     , m_authorization(
           m_engine.state, m_engine.backend, [&computer](const std::string& url) { computer.workspace.open(url); },
           computer.time, computer.time, computer.log)
-    , m_windows(
-          {m_engine.state, m_authorization, computer.workspace, computer.bundle, m_notifications, m_preferences, [] {}})
+    , m_windows({m_engine.state, m_authorization, computer.workspace, computer.bundle, m_notifications, m_preferences,
+          computer.time, [] {}})
     , m_delegate(m_engine.state, {m_engine.runner, m_notifications, computer.time, m_statusItem, m_windows, [] {}})
 {}
 

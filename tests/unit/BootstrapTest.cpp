@@ -216,6 +216,21 @@ TEST_F(Bootstrap, logoutDuringTheStartIsTheLastWord)
 class Logout : public AppStateFixture
 {};
 
+TEST_F(Logout, nextSessionBlocksAgain)
+{
+    for (const bool isOnline : {true, false}) {
+        m_backend.hasStoredTokens = true;
+        startOnline();
+        state().logout();
+        m_backend.hasStoredTokens = true;
+        if (!isOnline)
+            m_backend.streak = FakeBackend::unreachable();
+        bootstrap();
+        EXPECT_TRUE(state().isBlockingActive) << isOnline;
+        EXPECT_FALSE(state().isStarting);
+    }
+}
+
 TEST_F(Logout, leavesNothingOfTheSession)
 {
     m_backend.answerFirstLoad();

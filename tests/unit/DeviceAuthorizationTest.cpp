@@ -324,8 +324,10 @@ TEST_F(SignIn, approvalPageNamesTheCode)
         {"https://a.example/link", "https://b.example/c?code=1", "https://b.example/c?code=1"},
         {"https://a.example/link", "", "https://a.example/link?user_code=A%2BB%20%26%3D"},
         {"https://a.example/link", "http://b example", "https://a.example/link?user_code=A%2BB%20%26%3D"},
+        {"https://a.example/link", "javascript:alert(1)", "https://a.example/link?user_code=A%2BB%20%26%3D"},
         {"", std::nullopt, std::nullopt},
         {"http://[", std::nullopt, std::nullopt},
+        {"file:///etc/passwd", "link", std::nullopt},
     };
 
     for (const auto& [url, complete, page] : cases) {

@@ -148,7 +148,7 @@ TEST_F(Terminal, gatesAreToldInTheWordsOfTheBackend)
         AppConfig configuration;
         std::string line;
     } cases[] = {
-        {{.maintenanceMode = true, .maintenanceMessage = "Back at nine"}, "Back at nine"},
+        {{.maintenanceMode = true, .maintenanceMessage = "Back\x1b[2J at\nnine"}, "Back [2J at nine"},
         {{.maintenanceMode = true}, "maintenance"},
         {{.minVersion = "2.0", .forceUpdateMessage = "Please update"}, "Please update"},
         {{.minVersion = "2.0"}, "update"},

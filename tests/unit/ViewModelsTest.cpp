@@ -133,7 +133,13 @@ TEST_F(ViewModels, popoverShowsNothingOfASessionThatIsOver)
     EXPECT_TRUE(viewModel.isAuthenticated() && viewModel.isProtected() && viewModel.isOffline());
     state().isBlockingActive = false;
     EXPECT_FALSE(viewModel.isProtected());
+    EXPECT_EQ(viewModel.statusText(), "common.inactive");
     EXPECT_EQ(m_changes, 3);
+
+    state().isAuthenticated = false;
+    EXPECT_TRUE(viewModel.offersSignIn());
+    state().isStarting = true;
+    EXPECT_FALSE(viewModel.offersSignIn()) << "while the start may find a session";
 
     const auto request = m_notifications.observe(sgOpenAuthWindow, note("sign in"));
     viewModel.signIn();

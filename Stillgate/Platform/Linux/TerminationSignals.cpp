@@ -46,6 +46,7 @@ void TerminationSignals::takeSignal()
     signalfd_siginfo ignored{};
     while (::read(m_signals.number(), &ignored, sizeof ignored) == sizeof ignored) {
     }
+    m_notifier.setEnabled(false);
     m_onSignal();
 }
 

@@ -9,7 +9,8 @@
 namespace stillgate
 {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread (signalfd(2)).
+/// Turns the first SIGTERM, SIGINT or SIGHUP into a call on the main thread (signalfd(2)). Later ones do nothing: the
+/// end has begun.
 ///
 /// The signals have to be held back before any other thread starts, which inherits that.
 class TerminationSignals

@@ -1,5 +1,7 @@
 #include "Views/Popover/PopoverViewModel.h"
 
+#include "Localization/L.h"
+
 namespace stillgate
 {
 
@@ -8,8 +10,13 @@ PopoverViewModel::PopoverViewModel(SessionData& session, NotificationCenter& not
     , m_notifications(notifications)
     , m_actions(std::move(actions))
 {
-    for (auto* field : {&session.isAuthenticated, &session.isBlockingActive, &session.isOffline})
+    for (auto* field : {&session.isAuthenticated, &session.isBlockingActive, &session.isOffline, &session.isStarting})
         m_notifiers.push_back(field->addNotifier([this] { Q_EMIT changed(); }));
+}
+
+QString PopoverViewModel::statusText() const
+{
+    return QString::fromStdString(isProtected() ? L.localized("common.active") : L.localized("common.inactive"));
 }
 
 } // namespace stillgate

@@ -21,6 +21,8 @@ class PopoverViewModel : public QObject
 
     Q_PROPERTY(bool isAuthenticated READ isAuthenticated NOTIFY changed)
     Q_PROPERTY(bool isProtected READ isProtected NOTIFY changed)
+    Q_PROPERTY(bool offersSignIn READ offersSignIn NOTIFY changed)
+    Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     Q_PROPERTY(bool isOffline READ isOffline NOTIFY changed)
 
 public:
@@ -35,6 +37,11 @@ public:
     [[nodiscard]] bool isAuthenticated() const { return m_session.isAuthenticated; }
 
     [[nodiscard]] bool isProtected() const { return m_session.isAuthenticated && m_session.isBlockingActive; }
+
+    /// Not while a start may yet find a session.
+    [[nodiscard]] bool offersSignIn() const { return !m_session.isAuthenticated && !m_session.isStarting; }
+
+    [[nodiscard]] QString statusText() const;
 
     [[nodiscard]] bool isOffline() const { return m_session.isAuthenticated && m_session.isOffline; }
 

@@ -22,6 +22,13 @@ AuthViewModel::Phase AuthViewModel::phase() const
     return m_authorization.deviceAuthErrorMessage.value() ? Phase::Failed : Phase::Waiting;
 }
 
+QString AuthViewModel::symbol() const
+{
+    if (isWaiting())
+        return {};
+    return phase() == Phase::Expired ? "clock.badge.exclamationmark" : "exclamationmark.triangle";
+}
+
 QString AuthViewModel::message() const
 {
     switch (phase()) {

@@ -18,6 +18,8 @@ class AuthViewModel : public QObject
     QML_UNCREATABLE("made with its window")
 
     Q_PROPERTY(Phase phase READ phase NOTIFY changed)
+    Q_PROPERTY(bool isWaiting READ isWaiting NOTIFY changed)
+    Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(bool canOpenBrowser READ canOpenBrowser NOTIFY changed)
 
@@ -32,6 +34,11 @@ public:
     explicit AuthViewModel(DeviceAuthorization& authorization);
 
     [[nodiscard]] Phase phase() const;
+
+    [[nodiscard]] bool isWaiting() const { return phase() == Phase::Waiting; }
+
+    /// Of what went wrong; none while it waits.
+    [[nodiscard]] QString symbol() const;
     [[nodiscard]] QString message() const;
     [[nodiscard]] bool canOpenBrowser() const;
 

@@ -38,7 +38,8 @@ bool CommandKeys::eventFilter(QObject* watched, QEvent* event)
     // A window gets the key first; its items get copies.
     if (event->type() == QEvent::KeyPress && qobject_cast<QWindow*>(watched) != nullptr) {
         const auto& key = *static_cast<QKeyEvent*>(event);
-        if ((key.modifiers() & Qt::ControlModifier) != 0 && m_handler(charactersOf(key)))
+        const bool isCommand = (key.modifiers() & Qt::ControlModifier) != 0 && !key.isAutoRepeat();
+        if (isCommand && m_handler(charactersOf(key)))
             return true;
     }
     return QObject::eventFilter(watched, event);

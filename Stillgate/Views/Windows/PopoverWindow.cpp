@@ -11,6 +11,8 @@
 namespace stillgate
 {
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
@@ -31,9 +33,10 @@ QScreen* screenOf(const QRect& anchor)
 
 } // namespace
 
-PopoverWindow::PopoverWindow(QQmlEngine& engine, Screen screen)
+PopoverWindow::PopoverWindow(QQmlEngine& engine, Screen screen, const Clock& clock)
     : m_screen(std::move(screen))
     , m_view(&engine, nullptr)
+    , m_clock(clock)
 {
     m_view.setTitle("Stillgate");
     m_view.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
@@ -41,6 +44,19 @@ PopoverWindow::PopoverWindow(QQmlEngine& engine, Screen screen)
     m_view.resize(popoverSize);
     stillgate::show(m_screen, m_view);
     m_view.installEventFilter(this);
+}
+
+bool PopoverWindow::isShown() const
+{
+    constexpr auto aClickLater = 250ms;
+    const bool hasJustGone = m_lostKeyboard && m_clock.monotonicNow() - *m_lostKeyboard < aClickLater;
+    return m_view.isVisible() || hasJustGone;
+}
+
+void PopoverWindow::close()
+{
+    m_view.hide();
+    m_lostKeyboard.reset();
 }
 
 void PopoverWindow::show(const std::optional<ScreenRectangle>& anchor)
@@ -57,10 +73,12 @@ void PopoverWindow::show(const std::optional<ScreenRectangle>& anchor)
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isEscape = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
-    if (event->type() == QEvent::FocusOut || isEscape) {
+    if (event->type() == QEvent::FocusOut || isEscape)
         close();
-        return isEscape;
-    }
+    if (event->type() == QEvent::FocusOut)
+        m_lostKeyboard = m_clock.monotonicNow();
+    if (isEscape)
+        return true;
     return QObject::eventFilter(watched, event);
 }
 

@@ -43,7 +43,8 @@ std::unique_ptr<Popover> QuickWindows::makePopover()
         .quit = m_services.quit,
     };
     auto viewModel = std::make_unique<PopoverViewModel>(m_services.state, m_services.notifications, actions);
-    auto popover = std::make_unique<PopoverWindow>(engine(), Screen{"Popover", "MenuBarPopover", std::move(viewModel)});
+    auto popover = std::make_unique<PopoverWindow>(
+        engine(), Screen{"Popover", "MenuBarPopover", std::move(viewModel)}, m_services.clock);
     followMotionPreference();
     return popover;
 }

@@ -22,6 +22,7 @@ struct WindowServices
     const Bundle& bundle;
     NotificationCenter& notifications;
     DisplayPreferences& displayPreferences;
+    const Clock& clock;
     std::function<void()> quit; ///< the application
 };
 

@@ -1,16 +1,15 @@
 #include "Platform/Linux/Desktop/BrowserLauncher.h"
 
 #include "Platform/Linux/FileDescriptor.h"
+#include "Platform/WebAddress.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
-#include <QUrl>
 
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
-#include <optional>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -20,16 +19,6 @@ namespace stillgate
 
 namespace
 {
-
-/// The address with everything escaped that an address may not hold; nothing if it isn't one of the web.
-std::optional<std::string> webAddress(const std::string& url)
-{
-    const QUrl parsed{QString::fromStdString(url), QUrl::StrictMode};
-    const bool isOfTheWeb = parsed.scheme() == "http" || parsed.scheme() == "https";
-    if (!parsed.isValid() || !isOfTheWeb || parsed.host().isEmpty())
-        return std::nullopt;
-    return parsed.toEncoded().toStdString();
-}
 
 /// How a child starts that has nothing to do with us: none of our files, none of the signals that we hold back or
 /// ignore, and a session of its own, so that it outlives us.

@@ -169,7 +169,8 @@ void DesktopEntries::readFolder(const fs::path& folder, std::unordered_map<std::
             noteFolder(file->path());
         else if (file->path().extension() == ".desktop" && file->is_regular_file(ignored)) {
             auto id = desktopIdOf(file->path().lexically_relative(folder));
-            if (byId.contains(id))
+            // An id that isn't UTF-8 would make every file and report with it unreadable.
+            if (byId.contains(id) || g_utf8_validate(id.c_str(), static_cast<gssize>(id.size()), nullptr) == FALSE)
                 continue;
             if (auto entry = readEntry(file->path(), id))
                 byId.emplace(std::move(id), std::move(*entry));

@@ -1,7 +1,6 @@
 #include "Platform/Linux/Shell/BusSingleInstance.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
 namespace stillgate
@@ -16,6 +15,8 @@ constexpr auto applicationInterface = "org.freedesktop.Application";
 
 /// One that hangs must not make its successor hang.
 constexpr int longestCall = 2000; // ms
+
+constexpr qsizetype longestToken = 256;
 
 QVariantMap platformData()
 {
@@ -35,22 +36,20 @@ BusSingleInstance::~BusSingleInstance()
     QDBusConnection::sessionBus().unregisterObject(objectPath);
 }
 
-bool BusSingleInstance::claim()
+void BusSingleInstance::listen()
 {
     auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        m_log.write("[Stillgate] No session bus: a second start isn't noticed");
-        return true;
-    }
     // The object first: from the moment the name is ours, somebody may call.
     bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots);
-    const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService);
-    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered)
-        return true;
+    if (!bus.registerService(busName))
+        m_log.write("[Stillgate] No name on the session bus: a second start can't bring this one forward");
+}
+
+bool BusSingleInstance::reopenOther()
+{
     auto call = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface, "Activate");
     call << platformData();
-    bus.call(call, QDBus::Block, longestCall);
-    return false;
+    return QDBusConnection::sessionBus().call(call, QDBus::Block, longestCall).type() == QDBusMessage::ReplyMessage;
 }
 
 std::unique_ptr<Observation> BusSingleInstance::onReopen(std::function<void()> observer)
@@ -60,9 +59,13 @@ std::unique_ptr<Observation> BusSingleInstance::onReopen(std::function<void()> o
 
 void BusSingleInstance::Activate(const QVariantMap& data)
 {
-    if (const auto token = data.value("activation-token").toString(); !token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // Qt takes it from there with the next activation
+    // Qt takes the token from the environment. It must not stay there: children get it, and a long one keeps every
+    // child from starting.
+    const auto token = data.value("activation-token").toString().toLatin1();
+    if (!token.isEmpty() && token.size() <= longestToken)
+        qputenv("XDG_ACTIVATION_TOKEN", token);
     m_reopen.notify();
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 } // namespace stillgate

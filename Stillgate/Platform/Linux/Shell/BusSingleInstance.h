@@ -12,8 +12,8 @@ namespace stillgate
 /// A name on the session bus, under which the running process takes what a second start has to say: the interface
 /// org.freedesktop.Application of the Desktop Entry Specification.
 ///
-/// The bus takes the name back when the process dies, however it does. Without a session bus nobody can tell; that is
-/// logged, and the process counts as the only one.
+/// THREAT: every process of the user can call it, or take the name first. So it decides nothing (InstanceLock does),
+/// and takes from a caller no more than a short token.
 class BusSingleInstance final : public QObject, public SingleInstance
 {
     Q_OBJECT
@@ -23,7 +23,8 @@ public:
     explicit BusSingleInstance(Log& log);
     ~BusSingleInstance() override;
 
-    [[nodiscard]] bool claim() override;
+    void listen() override;
+    [[nodiscard]] bool reopenOther() override;
     [[nodiscard]] std::unique_ptr<Observation> onReopen(std::function<void()> observer) override;
 
     // NOLINTBEGIN(readability-identifier-naming): the names are the interface's.

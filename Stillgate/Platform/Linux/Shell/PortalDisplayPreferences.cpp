@@ -26,8 +26,11 @@ std::optional<bool> wishOf(const QString& name, const QVariant& value)
         return value.toUInt() == 1;
     if (name == "org.gnome.desktop.interface enable-animations")
         return !value.toBool();
-    if (name == "org.kde.kdeglobals.KDE AnimationDurationFactor")
-        return value.toString().toDouble() == 0;
+    if (name == "org.kde.kdeglobals.KDE AnimationDurationFactor") {
+        bool isNumber = false;
+        const bool isZero = value.toString().toDouble(&isNumber) == 0;
+        return isNumber && isZero;
+    }
     return std::nullopt;
 }
 
