@@ -29,13 +29,16 @@ public:
 
     [[nodiscard]] bool hasStarted() const { return m_process > 0; }
 
+    /// 0 if there is none, or none any more.
+    [[nodiscard]] pid_t pid() const { return m_process; }
+
     void terminate();
 
     /// Waits for the end: the exit status; nothing if it was a signal, or the program hasn't started.
     [[nodiscard]] std::optional<int> wait();
 
 private:
-    pid_t m_process = 0; ///< 0 when there is none, or none any more
+    pid_t m_process = 0;
 };
 
 } // namespace stillgate

@@ -24,4 +24,7 @@ private:
 /// An enabled rule with domains of its own.
 [[nodiscard]] BlockRule customRule(std::string id, std::vector<std::string> domains);
 
+/// The application's cache with so many rules, each of which has five domains and everything else that it may have.
+[[nodiscard]] std::string largeCache(int rules);
+
 } // namespace stillgate

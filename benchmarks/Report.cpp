@@ -25,6 +25,11 @@ std::string timeText(Seconds time)
     return fixed(time.count() * 1e3, 1) + " ms";
 }
 
+std::string amountText(const Amount& amount)
+{
+    return fixed(amount.number, amount.number < 10 ? 2 : 1) + ' ' + amount.unit;
+}
+
 } // namespace
 
 void Report::add(std::string what, Seconds measured, const std::optional<Yardstick>& yardstick)
@@ -34,6 +39,16 @@ void Report::add(std::string what, Seconds measured, const std::optional<Yardsti
         .measured = timeText(measured),
         .yardstick = yardstick ? yardstick->name + ", " + timeText(yardstick->time) : "-",
         .ratio = yardstick ? fixed(measured / yardstick->time, 2) : "-",
+    });
+}
+
+void Report::add(std::string what, const Amount& measured, const std::optional<AmountYardstick>& yardstick)
+{
+    m_rows.push_back({
+        .what = std::move(what),
+        .measured = amountText(measured),
+        .yardstick = yardstick ? yardstick->name + ", " + amountText({yardstick->number, measured.unit}) : "-",
+        .ratio = yardstick ? fixed(measured.number / yardstick->number, 2) : "-",
     });
 }
 

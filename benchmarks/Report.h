@@ -18,12 +18,28 @@ struct Yardstick
     Seconds time;
 };
 
+/// What is no time, in a unit of its own.
+struct Amount
+{
+    double number;
+    std::string unit;
+};
+
+/// In the unit of what is held against it.
+struct AmountYardstick
+{
+    std::string name;
+    double number;
+};
+
 /// The table at the end of a run. Times are told, never judged; only what couldn't be measured counts as
 /// failed.
 class Report
 {
 public:
     void add(std::string what, Seconds measured, const std::optional<Yardstick>& yardstick = std::nullopt);
+
+    void add(std::string what, const Amount& measured, const std::optional<AmountYardstick>& yardstick = std::nullopt);
 
     /// A row that can't be measured here.
     void skip(std::string_view what, std::string_view reason);

@@ -1,6 +1,6 @@
 #include "App/StateCache.h"
-#include "ChildProgram.h"
 #include "DomainGenerator.h"
+#include "Home.h"
 #include "Models/JSONCoding.h"
 #include "Platform/HostsBlock.h"
 #include "Subjects.h"
@@ -75,42 +75,17 @@ std::string cacheText()
     return JSONEncoder{DateForm::secondsSince2001}.encode(cached).value();
 }
 
-/// A home folder of somebody who is set up and signed in, and whose rules are in the cache.
-class Home
-{
-public:
-    Home()
-    {
-        test::putFile(config() / "com.stillgate.macos/defaults.json", R"({"sg_onboarding_complete": true})");
-        test::putFile(data() / "com.stillgate.macos/secure/sg%5Faccess%5Ftoken", "token");
-        test::putFile(data() / "com.stillgate.macos/cache/state.dat", cacheText());
-    }
-
-    [[nodiscard]] std::vector<std::pair<std::string, std::string>> environment() const
-    {
-        return {
-            {"HOME", m_folder.path().string()}, {"XDG_CONFIG_HOME", config().string()},
-            {"XDG_DATA_HOME", data().string()},
-            {"STILLGATE_API_BASE_URL", "https://127.0.0.1:1/v1"}, // nobody listens there
-        };
-    }
-
-private:
-    [[nodiscard]] fs::path config() const { return m_folder.path() / "config"; }
-
-    [[nodiscard]] fs::path data() const { return m_folder.path() / "data"; }
-
-    test::TemporaryFolder m_folder;
-};
-
 /// The time of one start, or why there is none.
-std::expected<Seconds, std::string> timeOfStart(const fs::path& program)
+std::expected<Seconds, std::string> timeOfStart()
 {
     const Home home;
+    home.putSession();
+    home.putCache(cacheText());
+    const auto call = home.call({"--headless"});
     const auto begin = std::chrono::steady_clock::now();
-    ChildProgram child{{program.string(), {"--headless"}, home.environment()}};
+    ChildProgram child{call};
     if (!child.hasStarted())
-        return std::unexpected{"cannot start " + program.string()};
+        return std::unexpected{"cannot start " + call.program};
     while (!HostsFile::hasBlock()) {
         if (std::chrono::steady_clock::now() - begin > longestWait)
             return std::unexpected{"no block in the hosts file after 10 seconds"};
@@ -125,12 +100,11 @@ std::expected<Seconds, std::string> timeOfStart(const fs::path& program)
 
 void measureStart(benchmark::State& state, Report& report)
 {
-    const auto program = fs::read_symlink("/proc/self/exe").parent_path() / "stillgate";
     const HostsFile hostsFile;
     std::vector<Seconds> times;
     while (state.KeepRunning()) {
         hostsFile.reset();
-        const auto time = timeOfStart(program);
+        const auto time = timeOfStart();
         if (!time) {
             report.fail(what, time.error());
             state.SkipWithError(time.error().c_str());

@@ -21,6 +21,10 @@ void registerCacheBenchmarks(Report& report);
 /// private /etc of scripts/private-world, its row is skipped.
 void registerStartBenchmarks(Report& report);
 
+/// What the application costs while nothing happens, and how soon its first window shows something. Opens windows and
+/// works with rules: without scripts/private-computer, its rows are skipped.
+void registerDesktopBenchmarks(Report& report);
+
 /// The server under the heartbeats of 1,000 devices, beside what it can't do without: commits and handshakes.
 void registerServerBenchmarks(Report& report);
 

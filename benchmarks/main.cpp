@@ -23,6 +23,7 @@ int main(int argc, char** argv)
     registerCacheBenchmarks(report);
     registerServerBenchmarks(report);
     registerStartBenchmarks(report);
+    registerDesktopBenchmarks(report);
     try {
         benchmark::RunSpecifiedBenchmarks();
     } catch (const std::exception& problem) {

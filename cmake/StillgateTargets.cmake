@@ -24,6 +24,9 @@ function(stillgate_qml_module name)
     # qrc:/qt/qml is where the application looks; without the prefix a compiled singleton can't be resolved.
     qt_add_qml_module(${name} STATIC URI ${ARG_URI} VERSION 1.0 RESOURCE_PREFIX /qt/qml ${cache_option}
         DEPENDENCIES ${ARG_DEPENDENCIES} QML_FILES ${ARG_QML} SOURCES ${ARG_SOURCES})
+    # What is generated is small, and its includes aren't. Our own files have options of their own and stay apart.
+    set_target_properties(${name} PROPERTIES
+        QT_QMLCACHEGEN_ARGUMENTS --only-bytecode UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
     target_include_directories(${name}
         PUBLIC "${CMAKE_SOURCE_DIR}/Stillgate" PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(${name} PUBLIC ${ARG_USES} Qt6::Qml)

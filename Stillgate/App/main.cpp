@@ -33,6 +33,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <malloc.h>
 #include <sysexits.h>
 
 namespace stillgate
@@ -135,6 +136,14 @@ struct Program
     std::quick_exit(QCoreApplication::exec());
 }
 
+/// A start takes far more memory than what it leaves: the cache and the rules as JSON, answers, the text of the hosts
+/// file. Given back, it is half of what the process holds.
+[[nodiscard]] std::unique_ptr<Timer> giveBackMemoryOfTheStart(Scheduler& scheduler)
+{
+    using namespace std::chrono_literals;
+    return scheduler.once(5s, [] { ::malloc_trim(0); });
+}
+
 void sayThatItRuns()
 {
     std::cerr << "stillgate: it runs already, for this user\n";
@@ -178,6 +187,7 @@ int runHeadless(int argc, char** argv)
     auto* engine = program.engine.get();
     const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine)); }};
     runDetached(startHeadless(engine));
+    const auto memory = giveBackMemoryOfTheStart(program.linux.scheduler);
     runUntilQuit();
 }
 
@@ -286,6 +296,7 @@ int runDesktop(int argc, char** argv)
     const QuitRequests quitRequests{terminate};
     const TerminationSignals signals{terminate};
     delegate.applicationDidFinishLaunching();
+    const auto memory = giveBackMemoryOfTheStart(program.linux.scheduler);
     runUntilQuit();
 }
 

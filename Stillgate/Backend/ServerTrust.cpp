@@ -96,13 +96,19 @@ struct ServerTrust::Store
     std::unique_ptr<X509_STORE, Free<X509_STORE_free>> anchors{X509_STORE_new()};
 };
 
-ServerTrust::ServerTrust(const std::optional<std::string>& extraAnchor)
-    : m_store(std::make_unique<Store>())
+ServerTrust::ServerTrust(std::optional<std::string> extraAnchor)
+    : m_extraAnchor(std::move(extraAnchor))
+{}
+
+const ServerTrust::Store& ServerTrust::store() const
 {
+    if (m_store)
+        return *m_store;
+    m_store = std::make_unique<Store>();
     X509_STORE_set_default_paths(m_store->anchors.get());
-    const auto anchor = extraAnchor ? fromPEM(*extraAnchor) : nullptr;
-    if (anchor)
+    if (const auto anchor = m_extraAnchor ? fromPEM(*m_extraAnchor) : nullptr)
         X509_STORE_add_cert(m_store->anchors.get(), anchor.get());
+    return *m_store;
 }
 
 ServerTrust::~ServerTrust() = default;
@@ -120,7 +126,7 @@ std::expected<std::vector<PublicKey>, std::string> ServerTrust::evaluate(
     }
 
     const VerificationContext context{X509_STORE_CTX_new()};
-    X509_STORE_CTX_init(context.get(), m_store->anchors.get(), own.get(), others.get());
+    X509_STORE_CTX_init(context.get(), store().anchors.get(), own.get(), others.get());
     requireServerOf(context.get(), host);
     if (X509_verify_cert(context.get()) != 1)
         return std::unexpected{X509_verify_cert_error_string(X509_STORE_CTX_get_error(context.get()))};

@@ -20,7 +20,7 @@ class ServerTrust
 {
 public:
     /// The machine's trust store, and one authority more for a server that a family hosts itself (PEM).
-    explicit ServerTrust(const std::optional<std::string>& extraAnchor);
+    explicit ServerTrust(std::optional<std::string> extraAnchor);
     ~ServerTrust();
 
     ServerTrust(const ServerTrust&) = delete;
@@ -33,7 +33,14 @@ public:
 
 private:
     struct Store;
-    std::unique_ptr<Store> m_store;
+
+    [[nodiscard]] const Store& store() const;
+
+    std::optional<std::string> m_extraAnchor;
+
+    /// Read when the first server shows its certificates. The machine's own authorities take 25 ms, which neither the
+    /// stored rules nor the first window have to wait for.
+    mutable std::unique_ptr<Store> m_store;
 };
 
 } // namespace stillgate

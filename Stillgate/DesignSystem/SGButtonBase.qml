@@ -27,6 +27,7 @@ T.AbstractButton {
 
     Keys.onReturnPressed: event => event.isAutoRepeat || root.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.clicked()
+    Accessible.onPressAction: root.clicked()
 
     contentItem: RowLayout {
         spacing: Tokens.space8

@@ -29,6 +29,8 @@ T.CheckBox {
     Keys.onRightPressed: movedTo(index + 1)
     Keys.onReturnPressed: event => event.isAutoRepeat || root.chosen()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.chosen()
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
 
     background: Surface {
         radius: width / 2

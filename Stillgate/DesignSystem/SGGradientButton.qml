@@ -13,7 +13,7 @@ SGButtonBase {
             color: Tokens.withOpacity(Tokens.sgAccent, 0.25)
             radius: Tokens.radiusMedium
             blur: 10
-            visible: !root.down
+            visible: root.enabled && !root.down
         }
 
         Surface {

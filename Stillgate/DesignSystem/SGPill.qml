@@ -36,6 +36,8 @@ T.RadioButton {
     Keys.onDownPressed: chosen(index + 1)
     Keys.onReturnPressed: chosen(index)
     Keys.onEnterPressed: chosen(index)
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
 
     contentItem: SGText {
         style: Styles.BodySmall

@@ -23,4 +23,7 @@ Text {
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     Layout.fillWidth: true
+    // A role alone would hide the text from screen readers.
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

@@ -70,7 +70,7 @@ Window {
 
                             required property string modelData
 
-                            width: 110
+                            width: 160
                             spacing: Tokens.space8
 
                             SGIcon {

@@ -1,3 +1,5 @@
+#include "DesignSystem/gallery/LayoutCheck.h"
+
 #include <QDir>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -32,18 +34,13 @@ QStringList symbols()
     return names;
 }
 
-/// Prints every text that doesn't show whole.
-bool hasCutText(QQuickItem* item)
+/// Prints what is wrong.
+bool isWellLaidOut(const QQuickWindow& window)
 {
-    const QVariant shown = item->property("contentWidth");
-    const bool isCut = item->inherits("QQuickText") && item->isVisible() &&
-        (item->property("truncated").toBool() || shown.toDouble() > item->width() + 0.5);
-    if (isCut)
-        std::fprintf(stderr, "cut: %s\n", qUtf8Printable(item->property("text").toString()));
-    bool isAnyCut = isCut;
-    for (auto* child : item->childItems())
-        isAnyCut |= hasCutText(child);
-    return isAnyCut;
+    const QStringList findings = layoutFindings(window);
+    for (const QString& finding : findings)
+        std::fprintf(stderr, "%s\n", qUtf8Printable(finding));
+    return findings.isEmpty();
 }
 
 /// Draws the sections, a file each.
@@ -61,7 +58,7 @@ bool saveSections(QQuickWindow& window, const QDir& folder)
         const QString file = section->property("title").toString().toLower().replace(' ', '-') + u".png"_qs;
         isSaved &= page.copy(pixels).save(folder.filePath(file));
     }
-    return isSaved && !hasCutText(window.contentItem());
+    return isSaved && isWellLaidOut(window);
 }
 
 int run(int argc, char* argv[])

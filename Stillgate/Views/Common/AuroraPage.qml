@@ -1,7 +1,7 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Stillgate.DesignSystem
+import Stillgate.Views.Common
 
 // A window's whole content: a hero, a heading, a paragraph, and what belongs to the screen, centred on the aurora. On a
 // screen that is too small for it, it scrolls.
@@ -13,23 +13,23 @@ Rectangle {
     property string paragraph
     default property alias content: column.data
 
+    // Return was pressed while no control had the keyboard.
+    signal confirmed
+
+    readonly property real paragraphWidth: width > 0 ? Math.min(width - 2 * column.margin, 380) : 380
+
     color: Tokens.sgBgPrimary
 
     AuroraBackground {
         anchors.fill: parent
     }
 
-    Flickable {
-        id: flickable
-
+    SGScrollPage {
         anchors.fill: parent
+        Keys.onReturnPressed: page.confirmed()
+        Keys.onEnterPressed: page.confirmed()
         contentWidth: width
         contentHeight: Math.max(height, column.implicitHeight + 2 * column.margin)
-        interactive: contentHeight > height
-        boundsBehavior: Flickable.StopAtBounds
-        ScrollBar.vertical: ScrollBar {
-            policy: flickable.interactive ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
-        }
 
         ColumnLayout {
             id: column
@@ -45,23 +45,23 @@ Rectangle {
 
                 Layout.alignment: Qt.AlignHCenter
             }
-            ColumnLayout {
+            Column {
                 Layout.fillWidth: true
                 spacing: Tokens.space12
 
                 SGText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     horizontalAlignment: Text.AlignHCenter
                     style: Styles.Hero
                     text: page.title
                     Accessible.role: Accessible.Heading
                 }
-                SGText {
-                    Layout.fillWidth: true
-                    horizontalAlignment: Text.AlignHCenter
+                EvenText {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: preferredWidth
+                    longestLine: page.paragraphWidth
                     visible: text !== ""
                     text: page.paragraph
-                    color: Tokens.sgTextSecondary
                 }
             }
         }

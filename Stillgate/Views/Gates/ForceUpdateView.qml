@@ -10,6 +10,7 @@ AuroraPage {
 
     required property ForceUpdateViewModel viewModel
 
+    onConfirmed: viewModel.download()
     title: L.text("extension.popup.updateRequired")
     paragraph: viewModel.message
     hero: illustration.status === Image.Ready ? picture : symbol
@@ -19,18 +20,27 @@ AuroraPage {
 
         visible: false
         source: page.viewModel.illustration
+        // Both are one picture in memory, with as many pixels as are shown.
+        sourceSize {
+            width: 240 * Screen.devicePixelRatio
+            height: 180 * Screen.devicePixelRatio
+        }
     }
     Component {
         id: picture
 
+        // qmllint disable unqualified
         Image {
-            source: page.viewModel.illustration
+            width: 240
+            height: 180
+            source: illustration.source
             sourceSize {
-                width: 240
-                height: 180
+                width: illustration.sourceSize.width
+                height: illustration.sourceSize.height
             }
             Accessible.ignored: true
         }
+        // qmllint enable unqualified
     }
     Component {
         id: symbol
@@ -42,21 +52,40 @@ AuroraPage {
         }
     }
 
-    RowLayout {
+    // One below the other where there is no room for two long versions.
+    GridLayout {
+        id: versions
+
+        readonly property real naturalWidth: current.implicitWidth + arrow.width + needed.implicitWidth + 2 * columnSpacing
+        readonly property bool isOneLine: naturalWidth <= parent.width
+
         Layout.alignment: Qt.AlignHCenter
-        spacing: Tokens.space12
+        Layout.fillWidth: !isOneLine
+        columns: isOneLine ? 3 : 1
+        columnSpacing: Tokens.space12
+        rowSpacing: Tokens.space8
 
         VersionPill {
+            id: current
+
+            Layout.alignment: Qt.AlignHCenter
             label: L.text("common.version")
             version: page.viewModel.currentVersion
             versionColor: Tokens.sgDanger
         }
         SGIcon {
+            id: arrow
+
+            Layout.alignment: Qt.AlignCenter
+            rotation: versions.isOneLine ? 0 : 90
             symbol: "arrow.right"
             size: 16
             color: Tokens.sgTextMuted
         }
         VersionPill {
+            id: needed
+
+            Layout.alignment: Qt.AlignHCenter
             label: L.text("extension.popup.updateRequired")
             version: page.viewModel.minVersion
             versionColor: Tokens.sgSuccess

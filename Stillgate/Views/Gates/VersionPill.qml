@@ -10,18 +10,22 @@ Rectangle {
     required property string version
     required property color versionColor
 
-    implicitWidth: texts.implicitWidth + 2 * Tokens.space16
+    implicitWidth: Math.ceil(texts.implicitWidth) + 2 * Tokens.space16
     implicitHeight: texts.implicitHeight + 2 * Tokens.space12
     radius: Tokens.radiusMedium
     color: Tokens.sgGlass
     border.color: Tokens.sgGlassBorder
     border.width: 1
+    Layout.fillWidth: true
+    Layout.maximumWidth: implicitWidth
 
     ColumnLayout {
         id: texts
 
         anchors.fill: parent
         anchors.margins: Tokens.space12
+        anchors.leftMargin: Tokens.space16
+        anchors.rightMargin: Tokens.space16
         spacing: Tokens.space4
 
         SGText {

@@ -10,6 +10,9 @@ Rectangle {
 
     required property PopoverViewModel viewModel
 
+    // From the start: texts that are first laid out without any width leave their height behind.
+    implicitWidth: 360
+    implicitHeight: 480
     color: Tokens.sgBgPrimary
     border.color: Tokens.sgGlassBorder
     border.width: 1
@@ -20,6 +23,7 @@ Rectangle {
         spacing: Tokens.space16
 
         RowLayout {
+            Layout.fillHeight: false
             spacing: Tokens.space8
 
             SGText {
@@ -33,14 +37,14 @@ Rectangle {
                 radius: 5
                 color: panel.viewModel.isProtected ? Tokens.sgSuccess : Tokens.sgDanger
                 Accessible.role: Accessible.Indicator
-                Accessible.name: panel.viewModel.isProtected ? L.text("common.active") : L.text("common.inactive")
+                Accessible.name: panel.viewModel.statusText
             }
         }
 
         ColumnLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            visible: !panel.viewModel.isAuthenticated
+            visible: panel.viewModel.offersSignIn
             spacing: Tokens.space16
 
             Item {
@@ -84,8 +88,8 @@ Rectangle {
             }
             SGText {
                 horizontalAlignment: Text.AlignHCenter
-                text: panel.viewModel.isProtected ? L.text("common.active") : L.text("common.inactive")
-                color: Tokens.sgTextSecondary
+                style: Styles.Title
+                text: panel.viewModel.statusText
             }
             RowLayout {
                 Layout.alignment: Qt.AlignHCenter
@@ -109,8 +113,18 @@ Rectangle {
             }
         }
 
+        // While it isn't known yet whether there is a session.
+        Item {
+            Layout.fillHeight: true
+            visible: !panel.viewModel.offersSignIn && !panel.viewModel.isAuthenticated
+        }
+
+        // The rows stand out by their padding, so that their symbols are below the title.
         ColumnLayout {
             Layout.fillWidth: true
+            Layout.fillHeight: false
+            Layout.leftMargin: -Tokens.space8
+            Layout.rightMargin: -Tokens.space8
             spacing: Tokens.space4
 
             PopoverRow {

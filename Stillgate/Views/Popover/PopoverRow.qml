@@ -14,12 +14,12 @@ T.AbstractButton {
 
     text: label
     padding: Tokens.space8
-    horizontalPadding: Tokens.space12
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     Layout.fillWidth: true
 
-    Keys.onReturnPressed: event => event.isAutoRepeat || click()
-    Keys.onEnterPressed: event => event.isAutoRepeat || click()
+    Keys.onReturnPressed: event => event.isAutoRepeat || row.clicked()
+    Keys.onEnterPressed: event => event.isAutoRepeat || row.clicked()
+    Accessible.onPressAction: row.clicked()
 
     background: Rectangle {
         radius: Tokens.radiusSmall
@@ -48,6 +48,7 @@ T.AbstractButton {
     }
 
     SGFocusRing {
+        targetRadius: Tokens.radiusSmall
         visible: row.visualFocus
     }
 }

@@ -9,7 +9,6 @@ AuroraPage {
     id: page
 
     required property AuthViewModel viewModel
-    readonly property bool isWaiting: viewModel.phase === AuthViewModel.Waiting
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
 
     title: L.text("desktop.linkDevice.title")
@@ -20,6 +19,7 @@ AuroraPage {
         to: Tokens.sgAurora2
     }
 
+    onConfirmed: viewModel.confirm()
     onIsOnScreenChanged: isOnScreen ? viewModel.appear() : viewModel.disappear()
     Component.onDestruction: viewModel.disappear()
 
@@ -30,26 +30,23 @@ AuroraPage {
 
         SGSpinner {
             Layout.alignment: Qt.AlignHCenter
-            visible: page.isWaiting
+            visible: page.viewModel.isWaiting
         }
         SGIcon {
             Layout.alignment: Qt.AlignHCenter
-            visible: !page.isWaiting
-            symbol: page.viewModel.phase === AuthViewModel.Expired ? "clock.badge.exclamationmark"
-                                                                   : "exclamationmark.triangle"
+            visible: !page.viewModel.isWaiting
+            symbol: page.viewModel.symbol
             size: 28
             color: Tokens.sgWarning
         }
-        SGText {
-            Layout.fillWidth: true
-            horizontalAlignment: Text.AlignHCenter
+        EvenText {
+            longestLine: page.paragraphWidth
             text: page.viewModel.message
-            color: Tokens.sgTextSecondary
-            Accessible.role: page.isWaiting ? Accessible.StaticText : Accessible.AlertMessage
+            Accessible.role: page.viewModel.isWaiting ? Accessible.StaticText : Accessible.AlertMessage
         }
         SGButton {
             Layout.alignment: Qt.AlignHCenter
-            visible: !page.isWaiting
+            visible: !page.viewModel.isWaiting
             title: L.text("desktop.linkDevice.tryAgain")
             icon.name: "arrow.clockwise"
             style: Styles.Secondary

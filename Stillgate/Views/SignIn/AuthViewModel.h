@@ -48,6 +48,9 @@ public:
 
     Q_INVOKABLE void tryAgain() { m_authorization.loadDeviceCode(); }
 
+    /// What the user most likely wants next.
+    Q_INVOKABLE void confirm() { isWaiting() ? openBrowser() : tryAgain(); }
+
     Q_INVOKABLE void openBrowser() { m_authorization.openBrowser(); }
 
 Q_SIGNALS:

@@ -73,12 +73,15 @@ void PopoverWindow::show(const std::optional<ScreenRectangle>& anchor)
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isEscape = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
-    if (event->type() == QEvent::FocusOut || isEscape)
+    if (isEscape) {
         close();
-    if (event->type() == QEvent::FocusOut)
-        m_lostKeyboard = m_clock.monotonicNow();
-    if (isEscape)
         return true;
+    }
+    // Hiding takes the keyboard away too.
+    if (event->type() == QEvent::FocusOut && m_view.isVisible()) {
+        close();
+        m_lostKeyboard = m_clock.monotonicNow();
+    }
     return QObject::eventFilter(watched, event);
 }
 

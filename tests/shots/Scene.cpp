@@ -1,0 +1,14 @@
+#include "tests/shots/Scene.h"
+
+namespace stillgate::test
+{
+
+std::vector<Scene> allScenes()
+{
+    std::vector<Scene> all;
+    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes()})
+        all.insert(all.end(), scenes.begin(), scenes.end());
+    return all;
+}
+
+} // namespace stillgate::test

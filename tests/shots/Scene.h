@@ -1,0 +1,27 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace stillgate::test
+{
+
+class Stage;
+
+/// A screen in one of its states.
+struct Scene
+{
+    std::string_view screen;       ///< "sign-in"
+    std::string_view state;        ///< "expired"
+    void (*arrange)(Stage& stage); ///< sets up what the screen shows, and opens its window
+};
+
+/// Those of every screen. A new screen brings a file with its own, and is named in Scene.cpp.
+[[nodiscard]] std::vector<Scene> allScenes();
+
+std::span<const Scene> gateScenes();
+std::span<const Scene> popoverScenes();
+std::span<const Scene> signInScenes();
+
+} // namespace stillgate::test

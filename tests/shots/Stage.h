@@ -1,0 +1,73 @@
+#pragma once
+
+#include "App/DeviceAuthorization.h"
+#include "App/ManagedWindows.h"
+#include "Platform/Memory/MemoryWorkspace.h"
+#include "Views/Windows/QuickWindows.h"
+#include "tests/support/AppStateFixture.h"
+
+#include <QQuickWindow>
+
+namespace stillgate::test
+{
+
+/// The real windows, over services in memory whose answers and time a scene sets.
+class Stage
+{
+public:
+    Stage();
+
+    /// A window of the application, in the size that it opens with.
+    void open(std::string_view windowId);
+    void openPopover();
+
+    /// What has been opened.
+    [[nodiscard]] static QQuickWindow& window();
+
+    class StageBundle final : public Bundle
+    {
+    public:
+        [[nodiscard]] std::filesystem::path path() const override { return folder; }
+
+        [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override
+        {
+            return key == "CFBundleShortVersionString" ? std::optional{version} : std::nullopt;
+        }
+
+        std::filesystem::path folder = STILLGATE_BUNDLE; ///< as built
+        std::string version = "1.4.0";
+    };
+
+    class StillPreferences final : public DisplayPreferences
+    {
+    public:
+        [[nodiscard]] bool shouldReduceMotion() const override { return true; }
+
+        [[nodiscard]] std::unique_ptr<Observation> onChange(std::function<void()>) override { return nullptr; }
+    };
+
+    StageBundle bundle;
+    MemoryFileManager files;
+    MemoryUserDefaults defaults;
+    MemoryHost host;
+    MemoryLog log;
+    MemoryHostsFileWriter hostsFileWriter{files};
+    MemoryWorkspace workspace;
+    ManualTime time;
+    NotificationCenter notifications;
+    StillPreferences preferences;
+    FakeBackend backend;
+    HostsFileService hostsFile{hostsFileWriter, files, defaults, host, log};
+    RecordingMonitor monitor;
+    RecordingTracker tracker;
+    RecordingDNSProxy dnsProxy;
+    AppState state{{backend, hostsFile, monitor, tracker, dnsProxy, bundle, files, log, notifications, time, defaults}};
+    DeviceAuthorization authorization;
+
+private:
+    QuickWindows m_windows; // they use all of the above, and go first
+    ManagedWindows m_managed{m_windows};
+    std::unique_ptr<Popover> m_popover;
+};
+
+} // namespace stillgate::test
