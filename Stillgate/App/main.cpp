@@ -172,7 +172,9 @@ Task<> stopHeadless(Engine* engine)
     QCoreApplication::exit(EX_OK);
 }
 
-int runHeadless(int argc, char** argv)
+/// Runs an engine without windows, unless one runs already for this user.
+template <class Run>
+int runWithoutWindows(int argc, char** argv, Run run)
 {
     QCoreApplication application{argc, argv};
     LinuxFileManager files;
@@ -184,6 +186,12 @@ int runHeadless(int argc, char** argv)
     Program program;
     if (!program.engine)
         return EX_CONFIG;
+    run(program);
+    return EX_OK;
+}
+
+void runHeadless(Program& program)
+{
     auto* engine = program.engine.get();
     const TerminationSignals signals{[engine] { runDetached(stopHeadless(engine)); }};
     runDetached(startHeadless(engine));
@@ -205,18 +213,8 @@ Task<> signInAndEnd(Engine* engine, TerminalSignIn* signIn)
     co_await endSignIn(engine, isSignedIn ? EX_OK : EX_TEMPFAIL);
 }
 
-int runSignIn(int argc, char** argv)
+void runSignIn(Program& program)
 {
-    QCoreApplication application{argc, argv};
-    LinuxFileManager files;
-    const InstanceLock lock{files};
-    if (!lock.isHeld()) {
-        sayThatItRuns();
-        return EX_TEMPFAIL;
-    }
-    Program program;
-    if (!program.engine)
-        return EX_CONFIG;
     auto* engine = program.engine.get();
     const auto& machine = engine->machine;
     const auto openNothing = [](const std::string&) {}; // the link is printed
@@ -324,6 +322,8 @@ int main(int argc, char** argv)
         return EX_USAGE;
     }
     if (std::holds_alternative<SignIn>(request))
-        return runSignIn(argc, argv);
-    return std::holds_alternative<RunHeadless>(request) ? runHeadless(argc, argv) : runDesktop(argc, argv);
+        return runWithoutWindows(argc, argv, runSignIn);
+    if (std::holds_alternative<RunHeadless>(request))
+        return runWithoutWindows(argc, argv, runHeadless);
+    return runDesktop(argc, argv);
 }
