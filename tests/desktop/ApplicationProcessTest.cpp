@@ -118,8 +118,11 @@ TEST_F(Application, signInThatWasClosedComesBack)
 {
     ApplicationProcess program{m_home};
     ASSERT_TRUE(comesToFront(signIn));
-    shell("xdotool key --clearmodifiers alt+F4");
-    ASSERT_TRUE(closes(signIn));
+    // Until it is heard: a window manager that has just started may miss a key.
+    ASSERT_TRUE(becomes([] {
+        shell("xdotool key --clearmodifiers alt+F4");
+        return windowTitled(signIn).empty();
+    }));
     EXPECT_TRUE(program.isRunning());
     EXPECT_EQ(ApplicationProcess{m_home}.waitForEnd(), EX_OK);
     EXPECT_TRUE(comesToFront(signIn));
