@@ -6,7 +6,7 @@
 namespace stillgate
 {
 
-class Tokens : public testing::Test
+class StoredTokens : public testing::Test
 {
 protected:
     static constexpr auto accessFile = "/home/ada/.local/share/com.stillgate.macos/secure/sg%5Faccess%5Ftoken";
@@ -17,7 +17,7 @@ protected:
     SessionTokens m_tokens{m_store};
 };
 
-TEST_F(Tokens, areStoredMaskedAndComeBack)
+TEST_F(StoredTokens, areStoredMaskedAndComeBack)
 {
     const std::string access = "tok\xc3\xa9n";
     m_tokens.set(access, "refresh");
@@ -33,7 +33,7 @@ TEST_F(Tokens, areStoredMaskedAndComeBack)
     EXPECT_EQ(restarted.refresh(), "refresh");
 }
 
-TEST_F(Tokens, clearWipesMemoryAndFiles)
+TEST_F(StoredTokens, clearWipesMemoryAndFiles)
 {
     m_tokens.clear(); // of an empty session: harmless
     m_tokens.set("a", "r");
@@ -42,7 +42,7 @@ TEST_F(Tokens, clearWipesMemoryAndFiles)
     EXPECT_FALSE(m_files.contains(accessFile) || m_files.contains(refreshFile));
 }
 
-TEST_F(Tokens, fileThatIsMissingOrNoTextLoadsAsNothing)
+TEST_F(StoredTokens, fileThatIsMissingOrNoTextLoadsAsNothing)
 {
     m_tokens.set("a", "r");
     m_files.files[accessFile] = m_files.at(accessFile) + "\xa5"; // unmasked 0xff
@@ -57,7 +57,7 @@ TEST_F(Tokens, fileThatIsMissingOrNoTextLoadsAsNothing)
     EXPECT_EQ(m_tokens.access(), "a") << "a missing file leaves the token as it is";
 }
 
-TEST_F(Tokens, sessionLivesInMemoryWhenItsFilesCannotBeWritten)
+TEST_F(StoredTokens, sessionLivesInMemoryWhenItsFilesCannotBeWritten)
 {
     m_files.diskIsFull = true;
     m_tokens.set("a", "r");

@@ -12,10 +12,10 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class SignIn : public AppStateFixture
+class DeviceSignIn : public AppStateFixture
 {
 protected:
-    SignIn()
+    DeviceSignIn()
     {
         m_backend.hasStoredTokens = false;
         m_backend.answerFirstLoad();
@@ -75,7 +75,7 @@ private:
     std::optional<DeviceAuthorization> m_authorization;
 };
 
-TEST_F(SignIn, pollsAtOnceAndOpensTheBrowserTwoSecondsLater)
+TEST_F(DeviceSignIn, pollsAtOnceAndOpensTheBrowserTwoSecondsLater)
 {
     appear();
     EXPECT_THAT(m_backend.calls, ElementsAre("requestDeviceCode", "pollDeviceCode one"));
@@ -95,7 +95,7 @@ TEST_F(SignIn, pollsAtOnceAndOpensTheBrowserTwoSecondsLater)
     EXPECT_THAT(m_opened, testing::SizeIs(1));
 }
 
-TEST_F(SignIn, keepsToAnIntervalThatATimerCanTake)
+TEST_F(DeviceSignIn, keepsToAnIntervalThatATimerCanTake)
 {
     const struct
     {
@@ -115,7 +115,7 @@ TEST_F(SignIn, keepsToAnIntervalThatATimerCanTake)
     }
 }
 
-TEST_F(SignIn, slowPollIsNotDoubled)
+TEST_F(DeviceSignIn, slowPollIsNotDoubled)
 {
     m_backend.hold("pollDeviceCode one");
     appear();
@@ -126,7 +126,7 @@ TEST_F(SignIn, slowPollIsNotDoubled)
     EXPECT_EQ(count("pollDeviceCode one"), 2);
 }
 
-TEST_F(SignIn, oneRequestForACodeAtATime)
+TEST_F(DeviceSignIn, oneRequestForACodeAtATime)
 {
     m_backend.hold("requestDeviceCode");
     appear();
@@ -139,7 +139,7 @@ TEST_F(SignIn, oneRequestForACodeAtATime)
     EXPECT_EQ(count("pollDeviceCode one"), 1);
 }
 
-TEST_F(SignIn, codeThatCannotBeHadIsAskedForAgain)
+TEST_F(DeviceSignIn, codeThatCannotBeHadIsAskedForAgain)
 {
     m_backend.deviceCode = FakeBackend::unreachable();
     appear();
@@ -154,7 +154,7 @@ TEST_F(SignIn, codeThatCannotBeHadIsAskedForAgain)
     EXPECT_EQ(count("pollDeviceCode two"), 1);
 }
 
-TEST_F(SignIn, whatEndsTheWaitIsToldInWords)
+TEST_F(DeviceSignIn, whatEndsTheWaitIsToldInWords)
 {
     using Answer = Result<DeviceCodePollResponse>;
 
@@ -189,7 +189,7 @@ TEST_F(SignIn, whatEndsTheWaitIsToldInWords)
     EXPECT_FALSE(state().isAuthenticated);
 }
 
-TEST_F(SignIn, codeRunsOutByTheClockOfThisMachine)
+TEST_F(DeviceSignIn, codeRunsOutByTheClockOfThisMachine)
 {
     m_backend.poll = DeviceCodePollResponse{.status = "unheard-of"};
     appear();
@@ -208,7 +208,7 @@ TEST_F(SignIn, codeRunsOutByTheClockOfThisMachine)
     EXPECT_EQ(count("pollDeviceCode two"), 1);
 }
 
-TEST_F(SignIn, screenThatComesBackGoesOnWithItsCode)
+TEST_F(DeviceSignIn, screenThatComesBackGoesOnWithItsCode)
 {
     appear();
     m_time.advance(2s);
@@ -229,7 +229,7 @@ TEST_F(SignIn, screenThatComesBackGoesOnWithItsCode)
     expectSignedIn();
 }
 
-TEST_F(SignIn, approvalCountsWhenItsScreenIsGone)
+TEST_F(DeviceSignIn, approvalCountsWhenItsScreenIsGone)
 {
     m_backend.hold("pollDeviceCode one");
     appear();
@@ -239,7 +239,7 @@ TEST_F(SignIn, approvalCountsWhenItsScreenIsGone)
     expectSignedIn();
 }
 
-TEST_F(SignIn, answerForACodeGivenUpHarmsNoNewerOne)
+TEST_F(DeviceSignIn, answerForACodeGivenUpHarmsNoNewerOne)
 {
     using Answer = Result<DeviceCodePollResponse>;
     const Answer answers[] = {FakeBackend::unreachable(), failure(APIError::server(404, "")),
@@ -261,7 +261,7 @@ TEST_F(SignIn, answerForACodeGivenUpHarmsNoNewerOne)
     }
 }
 
-TEST_F(SignIn, approvalOfAnOlderCodeGivesUpTheNewerOne)
+TEST_F(DeviceSignIn, approvalOfAnOlderCodeGivesUpTheNewerOne)
 {
     m_backend.hold("pollDeviceCode one");
     appear();
@@ -282,7 +282,7 @@ TEST_F(SignIn, approvalOfAnOlderCodeGivesUpTheNewerOne)
     EXPECT_THAT(m_opened, IsEmpty()) << "nobody has to approve anything any more";
 }
 
-TEST_F(SignIn, signOutStartsAfresh)
+TEST_F(DeviceSignIn, signOutStartsAfresh)
 {
     m_backend.poll = approval();
     appear();
@@ -296,7 +296,7 @@ TEST_F(SignIn, signOutStartsAfresh)
     expectWaiting();
 }
 
-TEST_F(SignIn, thatBringsNoSessionSaysSo)
+TEST_F(DeviceSignIn, thatBringsNoSessionSaysSo)
 {
     m_backend.poll = approval();
     m_backend.streak = failure(APIError::unauthorized());
@@ -310,7 +310,7 @@ TEST_F(SignIn, thatBringsNoSessionSaysSo)
     EXPECT_TRUE(state().isMaintenanceMode) << "which has a window of its own";
 }
 
-TEST_F(SignIn, approvalPageNamesTheCode)
+TEST_F(DeviceSignIn, approvalPageNamesTheCode)
 {
     const struct
     {
@@ -339,7 +339,7 @@ TEST_F(SignIn, approvalPageNamesTheCode)
     }
 }
 
-TEST_F(SignIn, userOpensTheBrowserAgain)
+TEST_F(DeviceSignIn, userOpensTheBrowserAgain)
 {
     authorization().openBrowser();
     appear();
