@@ -1,11 +1,12 @@
 #pragma once
 
+#include "App/BlockModalWindowController.h"
 #include "App/ServiceRunner.h"
 #include "Backend/APIService.h"
 #include "Backend/SecureSession.h"
 #include "Blocking/AbsentDNSProxy.h"
 #include "Blocking/HostsFileService.h"
-#include "Blocking/PassiveAppMonitor.h"
+#include "Blocking/ProcessMonitorService.h"
 #include "Platform/Workspace.h"
 #include "ScreenTime/ScreenTimeTracker.h"
 
@@ -25,6 +26,7 @@ struct Machine
     Host& host;
     HostsFileWriter& hostsFileWriter;
     Workspace& workspace;
+    BrowserScripting& browsers;
 };
 
 /// One of every service, put together. What a window shows, and what runs without any, is the same.
@@ -38,7 +40,9 @@ struct Engine
     SecureSession session{trust, machine.notifications, machine.scheduler, machine.log};
     APIService backend{baseURL, session, keychain, machine.notifications};
     HostsFileService hostsFile{machine.hostsFileWriter, machine.files, machine.defaults, machine.host, machine.log};
-    PassiveAppMonitor monitor;
+    BlockModalWindowController blockModal{backend};
+    ProcessMonitorService monitor{
+        {machine.workspace, machine.browsers, blockModal, machine.clock, machine.scheduler, machine.host}};
     ScreenTimeTracker tracker{machine.workspace, machine.clock, machine.scheduler, machine.files, machine.host,
         machine.defaults, backend, machine.log};
     AbsentDNSProxy dnsProxy;

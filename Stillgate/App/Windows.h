@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Blocking/BlockModal.h"
 #include "Platform/StatusItem.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -45,6 +47,14 @@ public:
     virtual void close() = 0;
 };
 
+/// What the buttons of a block screen do.
+struct BlockModalActions
+{
+    std::function<void()> onDismiss;
+    std::function<void()> onContinue;  ///< none: there is no way on
+    std::function<void()> onOpenTasks; ///< none: there is no such button
+};
+
 /// Makes what is on the screen. The shell decides what is shown and when; this is how it gets there.
 class WindowFactory
 {
@@ -57,6 +67,14 @@ public:
 
     /// The settings window, to the front; the tab that it shows stays.
     virtual void showSettings() = 0;
+
+    /// A block screen may soon be needed: what takes time is done now.
+    virtual void prepareBlockModal() = 0;
+
+    /// Above all other windows, on the screen that the app is on, with the keyboard. It stays there until it is
+    /// destroyed, whatever the desktop and other apps do; an action doesn't close it by itself.
+    [[nodiscard]] virtual std::unique_ptr<Window> makeBlockModal(
+        const BlockModal& modal, const BlockModalActions& actions) = 0;
 };
 
 } // namespace stillgate

@@ -6,7 +6,10 @@
 #include "Localization/L.h"
 #include "Platform/HostsBlock.h"
 #include "Platform/Linux/Deployment.h"
+#include "Platform/Linux/Desktop/AbsentWindowStacking.h"
 #include "Platform/Linux/Desktop/AbsentWorkspace.h"
+#include "Platform/Linux/Desktop/AccessibilityBrowserScripting.h"
+#include "Platform/Linux/Desktop/X11WindowStacking.h"
 #include "Platform/Linux/Desktop/X11Workspace.h"
 #include "Platform/Linux/InstanceLock.h"
 #include "Platform/Linux/JSONUserDefaults.h"
@@ -44,12 +47,21 @@ namespace
 
 std::unique_ptr<Workspace> workspaceOn(DesktopEntries& entries, Scheduler& scheduler, Log& log)
 {
-    if (auto connection = X11Connection::open()) {
+    auto events = X11Connection::open();
+    auto requests = X11Connection::open();
+    if (events && requests) {
         if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
             log.write("[Workspace] This is a Wayland desktop: only apps that use X11 are seen");
-        return std::make_unique<X11Workspace>(std::move(connection), entries, scheduler, log);
+        return std::make_unique<X11Workspace>(std::move(events), std::move(requests), entries, scheduler, log);
     }
     return std::make_unique<AbsentWorkspace>(entries, log);
+}
+
+std::unique_ptr<WindowStacking> windowStackingOn(Scheduler& scheduler)
+{
+    if (QGuiApplication::platformName() == "xcb")
+        return std::make_unique<X11WindowStacking>(scheduler);
+    return std::make_unique<AbsentWindowStacking>();
 }
 
 /// What is there before anything is known about the backend.
@@ -68,6 +80,7 @@ struct LinuxMachine
     ScriptHostsFileWriter hostsFileWriter{hostsPath, files, children, host};
     DesktopEntries desktopEntries{DesktopEntries::standardDataFolders()};
     std::unique_ptr<Workspace> workspace = workspaceOn(desktopEntries, scheduler, log);
+    AccessibilityBrowserScripting browsers{log};
     LocalizationManager texts{bundle, files, defaults, host};
 
     LinuxMachine()
@@ -87,7 +100,8 @@ struct LinuxMachine
             .defaults = defaults,
             .host = host,
             .hostsFileWriter = hostsFileWriter,
-            .workspace = *workspace};
+            .workspace = *workspace,
+            .browsers = browsers};
     }
 };
 
@@ -279,10 +293,12 @@ int runDesktop(int argc, char** argv)
         [workspace](const std::string& url) { workspace->open(url); }, machine.clock, machine.scheduler, machine.log};
     TrayStatusItem statusItem{QIcon{":/stillgate/tray.svg"}};
     PortalDisplayPreferences displayPreferences;
+    const auto stacking = windowStackingOn(machine.scheduler);
     AppDelegate* delegatePointer = nullptr;
     const auto terminate = [&delegatePointer] { delegatePointer->terminate(); };
     QuickWindows windows{{engine->state, authorization, machine.workspace, machine.bundle, machine.notifications,
-        displayPreferences, machine.clock, terminate}};
+        displayPreferences, machine.clock, machine.host, *stacking, terminate}};
+    engine->blockModal.showIn(windows);
     AppDelegate delegate{engine->state,
         {engine->runner, machine.notifications, machine.scheduler, statusItem, windows,
             [] { QCoreApplication::exit(EX_OK); }}};

@@ -47,4 +47,16 @@ bool isDomainName(std::string_view name)
     }
 }
 
+const std::string* domainCovering(const DomainSet& domains, std::string_view host)
+{
+    for (;;) {
+        if (const auto found = domains.find(host); found != domains.end())
+            return &*found;
+        const auto dot = host.find('.');
+        if (dot == std::string_view::npos)
+            return nullptr;
+        host.remove_prefix(dot + 1);
+    }
+}
+
 } // namespace stillgate

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 namespace stillgate
 {
@@ -12,5 +13,20 @@ namespace stillgate
 /// Whether a name can stand in a hosts file: lower-case letters, digits and inner hyphens, in labels with dots
 /// between them, at most 253 bytes.
 [[nodiscard]] bool isDomainName(std::string_view name);
+
+/// Looked up by any kind of text, without a copy of it.
+struct TextHash
+{
+    using is_transparent = void;
+
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+};
+
+/// Domains in lower case.
+using DomainSet = std::unordered_set<std::string, TextHash, std::equal_to<>>;
+
+/// The domain that the host, in lower case, is or lies below; null if none does. A look-up for each of its labels,
+/// however many domains there are.
+[[nodiscard]] const std::string* domainCovering(const DomainSet& domains, std::string_view host);
 
 } // namespace stillgate

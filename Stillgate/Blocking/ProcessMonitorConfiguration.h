@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Blocking/DomainNames.h"
 #include "Models/BlockRules.h"
 
 #include <optional>
@@ -31,7 +32,7 @@ struct ProcessMonitorConfiguration
     std::optional<std::string> activeSession; ///< shown on the block screen
     std::unordered_map<std::string, std::string> bundleIdCategories;
     std::unordered_map<std::string, std::string> bundleIdPolicies; ///< `unblockPolicy`; none for a guardian's app
-    std::unordered_set<std::string> blockedDomains;                ///< for the browser watch
+    DomainSet blockedDomains;                                      ///< for the browser watch
     std::unordered_map<std::string, std::string> domainCategories;
     std::optional<std::string> guardianMessage;
     std::optional<std::string> guardianIllustrationKey;

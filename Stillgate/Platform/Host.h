@@ -21,6 +21,9 @@ public:
 
     /// The first moment of the calendar day, in the machine's time zone, that the moment belongs to.
     [[nodiscard]] virtual Date startOfDay(Date moment) const = 0;
+
+    /// What a clock on the wall shows then, in the machine's time zone: the full hour, 0 to 23.
+    [[nodiscard]] virtual int hourOfDay(Date moment) const = 0;
 };
 
 } // namespace stillgate

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Observers.h"
+#include "Platform/ScreenRectangle.h"
 
 #include <memory>
 #include <optional>
@@ -9,17 +10,6 @@
 
 namespace stillgate
 {
-
-/// A rectangle of the screen, in device-independent pixels from the upper left corner of all screens.
-struct ScreenRectangle
-{
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const ScreenRectangle&) const = default;
-};
 
 /// The program's icon in the status area of the desktop.
 class StatusItem
@@ -40,7 +30,7 @@ public:
     /// Called when the user clicks the icon.
     [[nodiscard]] virtual std::unique_ptr<Observation> onClick(std::function<void()> observer) = 0;
 
-    /// Where the icon stands; nothing if this desktop doesn't tell.
+    /// Where the icon stands, in device-independent pixels; nothing if this desktop doesn't tell.
     [[nodiscard]] virtual std::optional<ScreenRectangle> bounds() const = 0;
 };
 

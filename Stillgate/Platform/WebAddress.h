@@ -10,4 +10,8 @@ namespace stillgate
 /// text. THREAT: what opens an address runs whatever program its scheme belongs to.
 [[nodiscard]] std::optional<std::string> webAddress(const std::string& text);
 
+/// The host of an address of any scheme: lower case, ASCII (RFC 5890), without the dot of the root. Nothing if there is
+/// none, as in a local file or a page of the browser's own.
+[[nodiscard]] std::optional<std::string> hostOfAddress(const std::string& text);
+
 } // namespace stillgate

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Observers.h"
+#include "Platform/ScreenRectangle.h"
 
 #include <memory>
 #include <optional>
@@ -22,6 +23,36 @@ public:
 
     /// The process that the app's windows belong to, in our pid namespace.
     [[nodiscard]] virtual int processIdentifier() const = 0;
+
+    /// In the user's language; nothing if neither the system nor the app itself tells.
+    [[nodiscard]] virtual std::optional<std::string> localizedName() const = 0;
+
+    /// The path of the program that its process runs; empty if unknown.
+    [[nodiscard]] virtual std::string executablePath() const = 0;
+
+    /// Whether it has windows, and all of them are put away.
+    [[nodiscard]] virtual bool isHidden() const = 0;
+
+    /// Puts all windows away; the app runs on.
+    virtual void hide() = 0;
+
+    /// Asks all windows to close, as their close buttons would: the app may ask the user what becomes of unsaved work,
+    /// or not obey at all.
+    virtual void terminate() = 0;
+
+    /// Ends its processes at once. THREAT: a process number soon belongs to a stranger; what is ended is the process
+    /// that had the windows, or nothing.
+    virtual void forceTerminate() = 0;
+
+    /// Whether its windows are gone, or its processes.
+    [[nodiscard]] virtual bool isTerminated() const = 0;
+
+    /// What its window is called that was in front last; nothing if this desktop doesn't tell. THREAT: it tells what
+    /// the user reads. It tells one window from another, and goes nowhere else.
+    [[nodiscard]] virtual std::optional<std::string> frontWindowTitle() const = 0;
+
+    /// Where its window stands that was in front last; nothing if this desktop doesn't tell. In pixels of the screen.
+    [[nodiscard]] virtual std::optional<ScreenRectangle> frame() const = 0;
 };
 
 /// The user's desktop: which apps run on it, and which one is in front. Main thread only.
@@ -32,7 +63,8 @@ public:
 
     virtual ~Workspace() = default;
 
-    /// Null while nothing is in front, or where this desktop doesn't tell.
+    /// Null while nothing is in front, or where this desktop doesn't tell. A hidden app is never in front, whatever the
+    /// desktop says for a moment: whoever hides the app in front would else find it there once more.
     [[nodiscard]] virtual std::shared_ptr<RunningApplication> frontmostApplication() const = 0;
 
     /// Called when another app comes to the front, with that app; with null when none is in front any more. A change of

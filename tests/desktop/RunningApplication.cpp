@@ -33,7 +33,8 @@ Machine machineOn(Computer& computer, NotificationCenter& notifications, Workspa
         .defaults = computer.defaults,
         .host = computer.host,
         .hostsFileWriter = computer.hostsFileWriter,
-        .workspace = workspace};
+        .workspace = workspace,
+        .browsers = computer.browsers};
 }
 
 RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const ServerProcess& server)
@@ -44,9 +45,11 @@ RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const S
           m_engine.state, m_engine.backend, [&computer](const std::string& url) { computer.workspace.open(url); },
           computer.time, computer.time, computer.log)
     , m_windows({m_engine.state, m_authorization, computer.workspace, computer.bundle, m_notifications, m_preferences,
-          computer.time, [] {}})
+          computer.time, computer.host, computer.stacking, [] {}})
     , m_delegate(m_engine.state, {m_engine.runner, m_notifications, computer.time, m_statusItem, m_windows, [] {}})
-{}
+{
+    m_engine.blockModal.showIn(m_windows);
+}
 
 QWindow* RunningApplicationProcess::window(const QString& title)
 {

@@ -4,11 +4,13 @@
 #include "App/Engine.h"
 #include "Platform/HostsBlock.h"
 #include "Platform/Memory/ManualTime.h"
+#include "Platform/Memory/MemoryBrowserScripting.h"
 #include "Platform/Memory/MemoryFileManager.h"
 #include "Platform/Memory/MemoryHost.h"
 #include "Platform/Memory/MemoryHostsFileWriter.h"
 #include "Platform/Memory/MemoryLog.h"
 #include "Platform/Memory/MemoryUserDefaults.h"
+#include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "Views/Windows/QuickWindows.h"
 #include "tests/server/ServerProcess.h"
@@ -61,6 +63,8 @@ struct Computer
     ManualTime time;
     MemoryHostsFileWriter hostsFileWriter{files};
     MemoryWorkspace workspace;
+    MemoryBrowserScripting browsers;
+    MemoryWindowStacking stacking;
 };
 
 /// The computer as an engine sees it, with another desktop than its own if need be.

@@ -102,7 +102,7 @@ protected:
 
     std::unique_ptr<X11Workspace> newWorkspace()
     {
-        return std::make_unique<X11Workspace>(X11Connection::open(), m_entries, m_time, m_log);
+        return std::make_unique<X11Workspace>(X11Connection::open(), X11Connection::open(), m_entries, m_time, m_log);
     }
 
     void putEntry(const std::string& id, const std::string& line)

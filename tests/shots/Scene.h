@@ -20,6 +20,7 @@ struct Scene
 /// Those of every screen. A new screen brings a file with its own, and is named in Scene.cpp.
 [[nodiscard]] std::vector<Scene> allScenes();
 
+std::span<const Scene> blockScreenScenes();
 std::span<const Scene> gateScenes();
 std::span<const Scene> popoverScenes();
 std::span<const Scene> signInScenes();

@@ -1,6 +1,10 @@
 #include "tests/shots/Stage.h"
 
+#include "Views/BlockScreen/BlockModalViewModel.h"
+
 #include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickView>
 
 namespace stillgate::test
 {
@@ -8,7 +12,7 @@ namespace stillgate::test
 Stage::Stage()
     : authorization(
           state, backend, [this](const std::string& url) { workspace.open(url); }, time, time, log)
-    , m_windows({state, authorization, workspace, bundle, notifications, preferences, time, [] {}})
+    , m_windows({state, authorization, workspace, bundle, notifications, preferences, time, host, stacking, [] {}})
 {}
 
 void Stage::open(std::string_view windowId)
@@ -20,6 +24,18 @@ void Stage::openPopover()
 {
     m_popover = m_windows.makePopover();
     m_popover->show(std::nullopt);
+}
+
+void Stage::openBlockModal(const BlockModal& modal)
+{
+    m_blockModal.showIn(m_windows);
+    m_blockModal.showBlockModal(modal, [] {});
+}
+
+BlockModalViewModel& Stage::blockModalViewModel()
+{
+    const auto& view = dynamic_cast<QQuickView&>(window());
+    return *view.rootObject()->property("viewModel").value<BlockModalViewModel*>();
 }
 
 QQuickWindow& Stage::window()

@@ -1,12 +1,19 @@
 #pragma once
 
+#include "App/BlockModalWindowController.h"
 #include "App/DeviceAuthorization.h"
 #include "App/ManagedWindows.h"
+#include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "Views/Windows/QuickWindows.h"
 #include "tests/support/AppStateFixture.h"
 
 #include <QQuickWindow>
+
+namespace stillgate
+{
+class BlockModalViewModel;
+}
 
 namespace stillgate::test
 {
@@ -20,6 +27,10 @@ public:
     /// A window of the application, in the size that it opens with.
     void open(std::string_view windowId);
     void openPopover();
+    void openBlockModal(const BlockModal& modal);
+
+    /// Of the block screen that is open.
+    [[nodiscard]] static BlockModalViewModel& blockModalViewModel();
 
     /// What has been opened.
     [[nodiscard]] static QQuickWindow& window();
@@ -53,6 +64,7 @@ public:
     MemoryLog log;
     MemoryHostsFileWriter hostsFileWriter{files};
     MemoryWorkspace workspace;
+    MemoryWindowStacking stacking;
     ManualTime time;
     NotificationCenter notifications;
     StillPreferences preferences;
@@ -68,6 +80,7 @@ private:
     QuickWindows m_windows; // they use all of the above, and go first
     ManagedWindows m_managed{m_windows};
     std::unique_ptr<Popover> m_popover;
+    BlockModalWindowController m_blockModal{backend};
 };
 
 } // namespace stillgate::test

@@ -30,6 +30,15 @@ public:
 
     void showSettings() override { settings.emplace_back("shown"); }
 
+    void prepareBlockModal() override { isPrepared = true; }
+
+    std::unique_ptr<Window> makeBlockModal(const BlockModal& modal, const BlockModalActions& actions) override
+    {
+        blockModals.push_back(modal);
+        blockModalActions = actions;
+        return std::make_unique<FakeWindow>(onScreen, "block");
+    }
+
     void closeByHand(const std::string& id) { std::erase(onScreen, id); }
 
     bool hasScreen = false;
@@ -41,6 +50,10 @@ public:
     std::optional<ScreenRectangle> popoverAnchor;
 
     std::vector<std::string> settings; ///< what has happened to the settings window
+
+    bool isPrepared = false;             ///< for a block screen
+    std::vector<BlockModal> blockModals; ///< every one that was made
+    BlockModalActions blockModalActions; ///< of the last
 private:
     class FakeWindow final : public Window
     {

@@ -13,6 +13,16 @@ namespace stillgate
 using std::chrono::duration_cast;
 using std::chrono::milliseconds;
 
+namespace
+{
+
+QDateTime localTime(Date moment)
+{
+    return QDateTime::fromMSecsSinceEpoch(duration_cast<milliseconds>(moment.time_since_epoch()).count());
+}
+
+} // namespace
+
 std::string LinuxHost::name() const
 {
     char name[HOST_NAME_MAX + 1] = {};
@@ -27,10 +37,14 @@ std::string LinuxHost::languageCode() const
 
 Date LinuxHost::startOfDay(Date moment) const
 {
-    const auto time = duration_cast<milliseconds>(moment.time_since_epoch()).count();
     // Midnight, or what comes after it where the clocks skip it.
-    const auto start = QDateTime::fromMSecsSinceEpoch(time).date().startOfDay(Qt::LocalTime);
+    const auto start = localTime(moment).date().startOfDay(Qt::LocalTime);
     return Date{milliseconds{start.toMSecsSinceEpoch()}};
+}
+
+int LinuxHost::hourOfDay(Date moment) const
+{
+    return localTime(moment).time().hour();
 }
 
 } // namespace stillgate

@@ -11,6 +11,7 @@ public:
     [[nodiscard]] std::string name() const override;
     [[nodiscard]] std::string languageCode() const override;
     [[nodiscard]] Date startOfDay(Date moment) const override;
+    [[nodiscard]] int hourOfDay(Date moment) const override;
 };
 
 } // namespace stillgate

@@ -15,6 +15,11 @@ public:
 
     [[nodiscard]] Date startOfDay(Date moment) const override { return std::chrono::floor<std::chrono::days>(moment); }
 
+    [[nodiscard]] int hourOfDay(Date moment) const override
+    {
+        return static_cast<int>((moment - startOfDay(moment)) / std::chrono::hours{1});
+    }
+
     std::string language = "en";
 };
 

@@ -3,22 +3,64 @@
 #include "Platform/Workspace.h"
 
 #include <map>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace stillgate
 {
 
+/// An app that obeys, unless a test says otherwise, and that remembers what it was told.
 class MemoryApplication final : public RunningApplication
 {
 public:
     MemoryApplication(std::optional<std::string> identifier, int pid)
-        : m_identifier(std::move(identifier))
+        : name(identifier)
+        , m_identifier(std::move(identifier))
         , m_pid(pid)
     {}
 
     [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return m_identifier; }
 
     [[nodiscard]] int processIdentifier() const override { return m_pid; }
+
+    [[nodiscard]] std::optional<std::string> localizedName() const override { return name; }
+
+    [[nodiscard]] std::string executablePath() const override { return executable; }
+
+    [[nodiscard]] bool isHidden() const override { return hidden; }
+
+    void hide() override
+    {
+        told.emplace_back("hide");
+        hidden = true;
+    }
+
+    void terminate() override
+    {
+        told.emplace_back("terminate");
+        terminated = terminated || isPolite;
+    }
+
+    void forceTerminate() override
+    {
+        told.emplace_back("forceTerminate");
+        terminated = true;
+    }
+
+    [[nodiscard]] bool isTerminated() const override { return terminated; }
+
+    [[nodiscard]] std::optional<std::string> frontWindowTitle() const override { return std::nullopt; }
+
+    [[nodiscard]] std::optional<ScreenRectangle> frame() const override { return place; }
+
+    std::optional<std::string> name;
+    std::string executable;
+    bool hidden = false;
+    bool terminated = false;
+    bool isPolite = true; ///< quits when it is asked to
+    std::optional<ScreenRectangle> place;
+    std::vector<std::string> told;
 
 private:
     std::optional<std::string> m_identifier;
@@ -32,15 +74,33 @@ public:
     /// Launches the app on first use; nothing: a window that belongs to no installed app.
     void bringToFront(const std::optional<std::string>& identifier)
     {
-        auto& application = m_running[identifier];
-        if (!application) {
-            application = std::make_shared<MemoryApplication>(identifier, 1000 + static_cast<int>(m_running.size()));
+        if (app(identifier).terminated)
+            end(identifier);
+        const bool wasHidden = std::exchange(app(identifier).hidden, false);
+        const auto application = m_running[identifier];
+        if (m_launched.insert(identifier).second)
             m_launch.notify(application);
-        }
-        if (m_front == application)
+        if ((m_front == application && !wasHidden) || application->isHidden() || application->isTerminated())
             return;
         m_front = application;
         m_activation.notify(m_front);
+    }
+
+    /// The app comes up without a window in sight.
+    void launchHidden(const std::string& identifier)
+    {
+        app(identifier).hidden = true;
+        m_launched.insert(identifier);
+        m_launch.notify(m_running[identifier]);
+    }
+
+    /// The app as it is or will be; not launched by this.
+    MemoryApplication& app(const std::optional<std::string>& identifier)
+    {
+        auto& application = m_running[identifier];
+        if (!application)
+            application = std::make_shared<MemoryApplication>(identifier, 1000 + static_cast<int>(m_running.size()));
+        return *application;
     }
 
     void leaveNothingInFront()
@@ -49,7 +109,10 @@ public:
         m_activation.notify(m_front);
     }
 
-    [[nodiscard]] std::shared_ptr<RunningApplication> frontmostApplication() const override { return m_front; }
+    [[nodiscard]] std::shared_ptr<RunningApplication> frontmostApplication() const override
+    {
+        return m_front && !m_front->isHidden() && !m_front->isTerminated() ? m_front : nullptr;
+    }
 
     [[nodiscard]] std::unique_ptr<Observation> onActivation(ApplicationObserver observer) override
     {
@@ -73,7 +136,14 @@ public:
     std::vector<std::string> openedURLs;
 
 private:
-    std::map<std::optional<std::string>, std::shared_ptr<RunningApplication>> m_running;
+    void end(const std::optional<std::string>& identifier)
+    {
+        m_running.erase(identifier);
+        m_launched.erase(identifier);
+    }
+
+    std::map<std::optional<std::string>, std::shared_ptr<MemoryApplication>> m_running;
+    std::set<std::optional<std::string>> m_launched;
     std::shared_ptr<RunningApplication> m_front;
     Observers<std::shared_ptr<RunningApplication>> m_activation;
     Observers<std::shared_ptr<RunningApplication>> m_launch;

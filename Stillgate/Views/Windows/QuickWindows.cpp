@@ -2,10 +2,12 @@
 
 #include "App/ManagedWindows.h"
 #include "DesignSystem/Motion.h"
+#include "Views/BlockScreen/BlockModalViewModel.h"
 #include "Views/Gates/ForceUpdateViewModel.h"
 #include "Views/Gates/MaintenanceViewModel.h"
 #include "Views/Popover/PopoverViewModel.h"
 #include "Views/SignIn/AuthViewModel.h"
+#include "Views/Windows/BlockModalWindow.h"
 #include "Views/Windows/ContentWindow.h"
 #include "Views/Windows/PopoverWindow.h"
 
@@ -51,6 +53,25 @@ std::unique_ptr<Popover> QuickWindows::makePopover()
 
 /// There is no settings window yet.
 void QuickWindows::showSettings() {}
+
+void QuickWindows::prepareBlockModal()
+{
+    if (!m_blockModal)
+        m_blockModal = std::make_unique<QQmlComponent>(&engine(), addressOfScreen("BlockScreen", "BlockModalView"));
+}
+
+std::unique_ptr<Window> QuickWindows::makeBlockModal(const BlockModal& modal, const BlockModalActions& actions)
+{
+    prepareBlockModal();
+    const auto makeScreen = [this, modal, actions] {
+        const int hour = m_services.host.hourOfDay(m_services.clock.now());
+        return Screen{"BlockScreen", "BlockModalView",
+            std::make_unique<BlockModalViewModel>(modal, actions, hour, m_services.bundle.path())};
+    };
+    auto window = std::make_unique<BlockModalWindow>(engine(), makeScreen, modal.place, m_services.stacking);
+    followMotionPreference();
+    return window;
+}
 
 QQmlEngine& QuickWindows::engine()
 {

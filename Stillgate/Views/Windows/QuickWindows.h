@@ -3,8 +3,11 @@
 #include "App/DeviceAuthorization.h"
 #include "App/Windows.h"
 #include "Platform/DisplayPreferences.h"
+#include "Platform/Host.h"
+#include "Platform/WindowStacking.h"
 #include "Platform/Workspace.h"
 
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
 
@@ -23,6 +26,8 @@ struct WindowServices
     NotificationCenter& notifications;
     DisplayPreferences& displayPreferences;
     const Clock& clock;
+    const Host& host;
+    WindowStacking& stacking;
     std::function<void()> quit; ///< the application
 };
 
@@ -36,6 +41,9 @@ public:
     [[nodiscard]] std::unique_ptr<Window> makeWindow(const WindowDescription& description) override;
     [[nodiscard]] std::unique_ptr<Popover> makePopover() override;
     void showSettings() override;
+    void prepareBlockModal() override;
+    [[nodiscard]] std::unique_ptr<Window> makeBlockModal(
+        const BlockModal& modal, const BlockModalActions& actions) override;
 
 private:
     QQmlEngine& engine();
@@ -43,6 +51,7 @@ private:
 
     WindowServices m_services;
     std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<QQmlComponent> m_blockModal; ///< keeps its QML loaded
     std::unique_ptr<Observation> m_preferencesChange;
 };
 

@@ -15,6 +15,9 @@ struct Screen
     std::unique_ptr<QObject> viewModel;
 };
 
+/// Where the QML of a screen is.
+[[nodiscard]] QUrl addressOfScreen(const char* module, const char* type);
+
 /// Lets the screen fill the view. The view model has to outlive it.
 void show(const Screen& screen, QQuickView& view);
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Platform/Linux/Desktop/X11Connection.h"
 #include "Platform/Workspace.h"
 
-#include <algorithm>
 #include <map>
-#include <xcb/xproto.h>
+#include <set>
 
 namespace stillgate
 {
@@ -19,8 +19,11 @@ public:
         bool isIconic = false;
     };
 
-    explicit X11Application(std::optional<std::string> identifier)
-        : m_identifier(std::move(identifier))
+    X11Application(std::shared_ptr<X11Connection> connection, std::optional<std::string> identifier,
+        std::optional<std::string> name)
+        : m_connection(std::move(connection))
+        , m_identifier(std::move(identifier))
+        , m_name(std::move(name))
     {}
 
     [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return m_identifier; }
@@ -28,35 +31,41 @@ public:
     /// An app may have several; then it is that of the window that was in front last.
     [[nodiscard]] int processIdentifier() const override { return m_processIdentifier; }
 
-    void putWindow(xcb_window_t number, Window window)
-    {
-        if (m_windows.empty())
-            m_processIdentifier = window.processIdentifier;
-        m_windows[number] = window;
-    }
+    [[nodiscard]] std::optional<std::string> localizedName() const override { return m_name; }
 
-    void removeWindow(xcb_window_t number)
-    {
-        m_windows.erase(number);
-        const bool processHasWindows = std::ranges::any_of(
-            m_windows, [this](const auto& window) { return window.second.processIdentifier == m_processIdentifier; });
-        if (hasWindows() && !processHasWindows)
-            m_processIdentifier = m_windows.begin()->second.processIdentifier;
-    }
+    [[nodiscard]] std::string executablePath() const override;
 
-    void windowIsInFront(xcb_window_t number) { m_processIdentifier = m_windows.at(number).processIdentifier; }
+    [[nodiscard]] bool isHidden() const override { return hasWindows() && !isVisible(); }
+
+    void hide() override;
+    void terminate() override;
+
+    /// Whoever can't be ended as a process (another user's, one on another machine) loses its connection to the
+    /// desktop.
+    void forceTerminate() override;
+
+    [[nodiscard]] bool isTerminated() const override { return !hasWindows(); }
+
+    [[nodiscard]] std::optional<std::string> frontWindowTitle() const override;
+    [[nodiscard]] std::optional<ScreenRectangle> frame() const override;
+
+    void putWindow(xcb_window_t number, Window window);
+    void removeWindow(xcb_window_t number);
+    void windowIsInFront(xcb_window_t number);
 
     [[nodiscard]] bool hasWindows() const { return !m_windows.empty(); }
 
     /// Whether any of its windows is more than an icon.
-    [[nodiscard]] bool isVisible() const
-    {
-        return !std::ranges::all_of(m_windows, [](const auto& window) { return window.second.isIconic; });
-    }
+    [[nodiscard]] bool isVisible() const;
 
 private:
+    [[nodiscard]] bool killOwner(xcb_window_t window) const;
+
+    std::shared_ptr<X11Connection> m_connection;
     std::optional<std::string> m_identifier;
+    std::optional<std::string> m_name;
     int m_processIdentifier = 0;
+    xcb_window_t m_frontWindow = XCB_WINDOW_NONE; ///< the one that was in front last
     std::map<xcb_window_t, Window> m_windows;
 };
 

@@ -1,9 +1,14 @@
 #pragma once
 
+#include "Platform/ScreenRectangle.h"
+
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+#include <xcb/res.h>
 #include <xcb/xcb.h>
 
 namespace stillgate
@@ -29,6 +34,10 @@ struct X11Atoms
     xcb_atom_t processId;       ///< _NET_WM_PID
     xcb_atom_t applicationId;   ///< _GTK_APPLICATION_ID
     xcb_atom_t desktopFile;     ///< _KDE_NET_WM_DESKTOP_FILE
+    xcb_atom_t changeState;     ///< WM_CHANGE_STATE
+    xcb_atom_t closeWindow;     ///< _NET_CLOSE_WINDOW
+    xcb_atom_t windowName;      ///< _NET_WM_NAME
+    xcb_atom_t compositor;      ///< _NET_WM_CM_Sn, n the number of the screen
 };
 
 /// A connection of our own to the X server, beside the toolkit's. SIGPIPE has to be ignored: the server may go away at
@@ -59,6 +68,25 @@ public:
     [[nodiscard]] xcb_get_property_cookie_t ask(xcb_window_t window, xcb_atom_t property) const;
     [[nodiscard]] X11Reply<xcb_get_property_reply_t> answer(xcb_get_property_cookie_t question) const;
 
+    /// Asks for something to be done to a window (EWMH, root window messages); sent by `flush`, or with the next
+    /// question.
+    void askWindowManager(xcb_window_t window, xcb_atom_t message, std::initializer_list<uint32_t> arguments) const;
+
+    void flush() const { xcb_flush(xcb()); }
+
+    /// The process that owns the window, in the server's pid namespace; 0 if it is none of this machine, or if the
+    /// server can't tell.
+    [[nodiscard]] int processOf(xcb_window_t window) const;
+
+    /// The answer to such a question, asked before.
+    [[nodiscard]] int processIn(xcb_res_query_client_ids_cookie_t question) const;
+
+    /// Whether windows are put together by somebody who can draw one through another (EWMH, compositing managers).
+    [[nodiscard]] bool isComposited() const;
+
+    /// Where the window stands, without what the window manager puts around it; nothing for one that is no more.
+    [[nodiscard]] std::optional<ScreenRectangle> rectangleOf(xcb_window_t window) const;
+
 private:
     struct Disconnect
     {
@@ -67,7 +95,7 @@ private:
 
     using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
 
-    X11Connection(Connection xcb, int screen);
+    X11Connection(Connection xcb, int screenNumber);
 
     Connection m_xcb;
     xcb_window_t m_root;

@@ -67,25 +67,13 @@ std::optional<X11WindowFacts> X11WindowQuery::answer() const
             },
     };
     const auto stated = numbersOf(m_connection.answer(m_statedProcess));
-    facts.processIdentifier = processOfClient();
     // What the window states is the pid in the app's own namespace, which may be another one than ours.
-    if (!m_process && !stated.empty())
+    if (m_process)
+        facts.processIdentifier = m_connection.processIn(*m_process);
+    else if (!stated.empty())
         facts.processIdentifier = static_cast<int>(stated.front());
     facts.hints.executable = executableOf(facts.processIdentifier);
     return managementState ? std::optional{facts} : std::nullopt;
-}
-
-int X11WindowQuery::processOfClient() const
-{
-    if (!m_process)
-        return 0;
-    const X11Reply<xcb_res_query_client_ids_reply_t> reply{
-        xcb_res_query_client_ids_reply(m_connection.xcb(), *m_process, nullptr)};
-    if (!reply)
-        return 0;
-    const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
-    const bool isThere = id.rem > 0 && xcb_res_client_id_value_value_length(id.data) > 0;
-    return isThere ? static_cast<int>(*xcb_res_client_id_value_value(id.data)) : 0;
 }
 
 } // namespace stillgate

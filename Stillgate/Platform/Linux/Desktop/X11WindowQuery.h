@@ -4,7 +4,6 @@
 #include "Platform/Linux/Desktop/X11Connection.h"
 
 #include <optional>
-#include <xcb/res.h>
 
 namespace stillgate
 {
@@ -31,8 +30,6 @@ public:
     [[nodiscard]] std::optional<X11WindowFacts> answer() const;
 
 private:
-    [[nodiscard]] int processOfClient() const;
-
     const X11Connection& m_connection;
     xcb_window_t m_window;
     xcb_get_property_cookie_t m_managementState;

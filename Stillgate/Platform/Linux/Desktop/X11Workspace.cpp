@@ -15,9 +15,10 @@ constexpr std::chrono::milliseconds betweenTwoWindows{100};
 
 } // namespace
 
-X11Workspace::X11Workspace(
-    std::unique_ptr<X11Connection> connection, DesktopEntries& entries, Scheduler& scheduler, Log& log)
-    : m_connection(std::move(connection))
+X11Workspace::X11Workspace(std::unique_ptr<X11Connection> events, std::shared_ptr<X11Connection> requests,
+    DesktopEntries& entries, Scheduler& scheduler, Log& log)
+    : m_connection(std::move(events))
+    , m_requests(std::move(requests))
     , m_entries(entries)
     , m_scheduler(scheduler)
     , m_log(log)
@@ -168,7 +169,10 @@ X11Workspace::Application X11Workspace::runningApplication(const X11WindowFacts&
     auto identifier = m_entries.bundleIdentifierFor(facts.hints);
     auto& application = m_running[{identifier, identifier ? 0 : facts.processIdentifier}];
     if (!application) {
-        application = std::make_shared<X11Application>(std::move(identifier));
+        auto name = identifier ? m_entries.nameOf(*identifier) : std::nullopt;
+        if (!name && !facts.hints.windowClass.empty())
+            name = facts.hints.windowClass;
+        application = std::make_shared<X11Application>(m_requests, std::move(identifier), std::move(name));
         m_launched.push_back(application);
     }
     return application;

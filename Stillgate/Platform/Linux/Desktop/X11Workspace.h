@@ -23,7 +23,10 @@ namespace stillgate
 class X11Workspace final : public Workspace
 {
 public:
-    X11Workspace(std::unique_ptr<X11Connection> connection, DesktopEntries& entries, Scheduler& scheduler, Log& log);
+    /// `requests` is what apps are asked and told through: whoever waits for an answer takes events out of a
+    /// connection.
+    X11Workspace(std::unique_ptr<X11Connection> events, std::shared_ptr<X11Connection> requests,
+        DesktopEntries& entries, Scheduler& scheduler, Log& log);
 
     [[nodiscard]] std::shared_ptr<RunningApplication> frontmostApplication() const override { return m_front; }
 
@@ -56,6 +59,7 @@ private:
     void loseConnection();
 
     std::unique_ptr<X11Connection> m_connection;
+    std::shared_ptr<X11Connection> m_requests;
     DesktopEntries& m_entries;
     Scheduler& m_scheduler;
     Log& m_log;

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Blocking/AppMonitor.h"
+#include "Blocking/BlockModal.h"
+#include "Blocking/BrowserWatch.h"
+#include "Blocking/Budget.h"
+#include "Platform/Clock.h"
+#include "Platform/Host.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Workspace.h"
+
+namespace stillgate
+{
+
+/// Watches which app is in front, by what the desktop tells and by a look every two seconds, and stops the forbidden:
+/// a flexible block hides the app, a strict one quits it, and the block screen comes up. The browser watch looks at
+/// the sites.
+class ProcessMonitorService final : public AppMonitor
+{
+public:
+    /// What it works with. All of it outlives the event loop.
+    struct Desktop
+    {
+        Workspace& workspace;
+        BrowserScripting& browsers;
+        BlockModalPresenter& blockModal;
+        Clock& clock;
+        Scheduler& scheduler;
+        Host& host;
+    };
+
+    explicit ProcessMonitorService(const Desktop& desktop);
+
+    void setConfiguration(ProcessMonitorConfiguration configuration) override;
+    void updateBudget(const std::optional<ScreenTimeBudget>& budget) override;
+    void startMonitoring() override;
+    void stopMonitoring() override;
+
+    [[nodiscard]] const std::string& guardianFlexibilityMode() const override
+    {
+        return m_configuration.guardianFlexibilityMode;
+    }
+
+    [[nodiscard]] std::int64_t blockedAppAttempts() const override { return m_blockedAppAttempts; }
+
+private:
+    using Application = std::shared_ptr<RunningApplication>;
+
+    void check();
+    void handleBlockedApp(const Application& application);
+    [[nodiscard]] bool mayNotEvenHide(const std::string& identifier, const ProcessBlockEntry* match) const;
+    [[nodiscard]] const ProcessBlockEntry* processMatch(const RunningApplication& application) const;
+    void blockApp(const Application& application, const std::string& displayName, bool isBudgetBlock);
+    [[nodiscard]] bool isStrict(const std::string& identifier) const;
+    [[nodiscard]] MacBlockVariant variantNow(bool isBudgetBlock) const;
+    void blockSite(const std::string& domain, const Application& browser);
+
+    Desktop m_desktop;
+    ProcessMonitorConfiguration m_configuration;
+    BrowserWatch m_browserWatch;
+    BudgetState m_budget;
+    std::int64_t m_blockedAppAttempts = 0;
+    std::optional<std::string> m_currentlyBlockingBundleId; ///< the app whose screen is up; "" for one without
+
+    bool m_isMonitoring = false;
+    std::unique_ptr<Timer> m_preparation; ///< of the block screen; there once it was needed
+    std::unique_ptr<Timer> m_pollTimer;
+    std::unique_ptr<Observation> m_launches;
+    std::unique_ptr<Observation> m_activations;
+};
+
+} // namespace stillgate

@@ -1,0 +1,110 @@
+#include "Platform/Linux/Desktop/X11Application.h"
+
+#include "Platform/Linux/FileDescriptor.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr uint32_t iconicState = 3;       // WM_CHANGE_STATE, ICCCM 4.1.4
+constexpr uint32_t sentByThePager = 2;    // source indication, EWMH: the user's own wish
+constexpr uint32_t atAnUnknownMoment = 0; // XCB_CURRENT_TIME
+
+} // namespace
+
+std::string X11Application::executablePath() const
+{
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/" + std::to_string(m_processIdentifier) + "/exe", error).string();
+}
+
+void X11Application::hide()
+{
+    for (const auto& [number, window] : m_windows) {
+        if (!window.isIconic)
+            m_connection->askWindowManager(number, m_connection->atoms().changeState, {iconicState});
+    }
+    m_connection->flush();
+}
+
+void X11Application::terminate()
+{
+    for (const auto& [number, window] : m_windows)
+        m_connection->askWindowManager(number, m_connection->atoms().closeWindow, {atAnUnknownMoment, sentByThePager});
+    m_connection->flush();
+}
+
+void X11Application::forceTerminate()
+{
+    const auto windows = m_windows; // an answer may be an event that changes them
+    for (const auto& [number, window] : windows) {
+        if (!killOwner(number))
+            xcb_kill_client(m_connection->xcb(), number);
+    }
+    m_connection->flush();
+}
+
+/// THREAT: between the moment at which the number of a process is read and the one at which a signal goes out, it may
+/// have become a stranger's. The descriptor is taken first: if its process still owns the window afterwards, it is the
+/// right one, and the descriptor never means another.
+bool X11Application::killOwner(xcb_window_t window) const
+{
+    const int process = m_connection->processOf(window);
+    if (process <= 0 || process == ::getpid())
+        return false;
+    const FileDescriptor descriptor{static_cast<int>(::syscall(SYS_pidfd_open, process, 0))};
+    if (!descriptor.isOpen() || m_connection->processOf(window) != process)
+        return false;
+    return ::syscall(SYS_pidfd_send_signal, descriptor.number(), SIGKILL, nullptr, 0) == 0;
+}
+
+std::optional<std::string> X11Application::frontWindowTitle() const
+{
+    if (m_frontWindow == XCB_WINDOW_NONE)
+        return std::nullopt;
+    return textOf(m_connection->answer(m_connection->ask(m_frontWindow, m_connection->atoms().windowName)));
+}
+
+std::optional<ScreenRectangle> X11Application::frame() const
+{
+    return m_frontWindow != XCB_WINDOW_NONE ? m_connection->rectangleOf(m_frontWindow) : std::nullopt;
+}
+
+void X11Application::putWindow(xcb_window_t number, Window window)
+{
+    if (m_windows.empty())
+        m_processIdentifier = window.processIdentifier;
+    m_windows[number] = window;
+}
+
+void X11Application::removeWindow(xcb_window_t number)
+{
+    m_windows.erase(number);
+    if (m_frontWindow == number)
+        m_frontWindow = XCB_WINDOW_NONE;
+    const bool processHasWindows = std::ranges::any_of(
+        m_windows, [this](const auto& window) { return window.second.processIdentifier == m_processIdentifier; });
+    if (hasWindows() && !processHasWindows)
+        m_processIdentifier = m_windows.begin()->second.processIdentifier;
+}
+
+void X11Application::windowIsInFront(xcb_window_t number)
+{
+    m_frontWindow = number;
+    m_processIdentifier = m_windows.at(number).processIdentifier;
+}
+
+bool X11Application::isVisible() const
+{
+    return !std::ranges::all_of(m_windows, [](const auto& window) { return window.second.isIconic; });
+}
+
+} // namespace stillgate

@@ -1,0 +1,370 @@
+#include "App/BlockModalWindowController.h"
+#include "Blocking/ProcessMonitorService.h"
+#include "Platform/Memory/ManualTime.h"
+#include "Platform/Memory/MemoryBrowserScripting.h"
+#include "Platform/Memory/MemoryHost.h"
+#include "Platform/Memory/MemoryWorkspace.h"
+#include "tests/support/FakeBackend.h"
+#include "tests/support/FakeShell.h"
+
+#include <gmock/gmock.h>
+
+namespace stillgate
+{
+
+using namespace test;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// The monitor with its block screen, on a desktop in memory at noon.
+class Monitor : public testing::Test
+{
+protected:
+    Monitor()
+    {
+        m_blockModal.showIn(m_windows);
+        configure({.customBlockedBundleIds = {chess}});
+    }
+
+    void configure(ProcessMonitorConfiguration configuration, bool withProcesses = false)
+    {
+        if (!withProcesses)
+            configuration.blockedProcesses.clear();
+        m_monitor.setConfiguration(std::move(configuration));
+    }
+
+    void blockSites(DomainSet domains)
+    {
+        configure({.blockedDomains = std::move(domains), .domainCategories = {{"casino.example", "gambling"}}});
+        m_monitor.startMonitoring();
+        m_workspace.bringToFront(firefox);
+        m_workspace.app(firefox).name = "Firefox ESR";
+    }
+
+    void visit(const std::string& address)
+    {
+        m_browsers.addresses[firefox] = address;
+        m_time.advance(2s);
+    }
+
+    void clockShows(int hour, int minute)
+    {
+        m_time.setCivilTime(m_host.startOfDay(m_time.now()) + std::chrono::hours{hour} + std::chrono::minutes{minute});
+    }
+
+    [[nodiscard]] bool isScreenUp() const { return !m_windows.onScreen.empty(); }
+
+    [[nodiscard]] const BlockModal& screen() const { return m_windows.blockModals.back(); }
+
+    void dismiss() const { m_windows.blockModalActions.onDismiss(); }
+
+    [[nodiscard]] const std::vector<std::string>& told(const std::string& app) { return m_workspace.app(app).told; }
+
+    static constexpr auto chess = "org.chess";
+    static constexpr auto firefox = "org.mozilla.firefox";
+
+    ManualTime m_time;
+    MemoryHost m_host;
+    MemoryWorkspace m_workspace;
+    MemoryBrowserScripting m_browsers;
+    FakeBackend m_backend;
+    FakeWindowFactory m_windows;
+    BlockModalWindowController m_blockModal{m_backend};
+    ProcessMonitorService m_monitor{{m_workspace, m_browsers, m_blockModal, m_time, m_time, m_host}};
+};
+
+TEST_F(Monitor, forbiddenAppIsHiddenWhereverItComesFrom)
+{
+    m_workspace.bringToFront("org.Chess");
+    EXPECT_FALSE(isScreenUp()) << "nobody watches yet";
+    m_monitor.startMonitoring();
+    EXPECT_THAT(told("org.Chess"), ElementsAre("hide")) << "it was there at the start";
+    EXPECT_TRUE(isScreenUp());
+    dismiss();
+    EXPECT_FALSE(isScreenUp());
+
+    m_workspace.bringToFront("org.Chess");
+    EXPECT_THAT(told("org.Chess"), ElementsAre("hide", "hide")) << "it was activated";
+    dismiss();
+    m_workspace.app("org.Chess").hidden = false; // and nobody has told of it
+    m_time.advance(2s);
+    EXPECT_THAT(told("org.Chess"), ElementsAre("hide", "hide", "hide"));
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 3);
+
+    m_workspace.bringToFront("org.allowed");
+    EXPECT_THAT(told("org.allowed"), IsEmpty());
+}
+
+TEST_F(Monitor, oneScreenForAnAppThatComesBackBelowIt)
+{
+    m_monitor.startMonitoring();
+    m_workspace.bringToFront(chess);
+    m_workspace.bringToFront(chess);
+    m_time.advance(10s);
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1);
+    EXPECT_THAT(told(chess), ElementsAre("hide")) << "never quit: the user's work may be in it";
+
+    configure({.customBlockedBundleIds = {chess, "org.poker"}});
+    m_workspace.bringToFront("org.poker");
+    EXPECT_THAT(m_windows.blockModals, SizeIs(2));
+    EXPECT_THAT(m_windows.onScreen, SizeIs(1)) << "one takes the other's place";
+}
+
+TEST_F(Monitor, hiddenAppIsQuitOnlyWhenItIsForbidden)
+{
+    m_monitor.startMonitoring();
+    m_workspace.launchHidden(chess);
+    m_workspace.launchHidden("org.allowed");
+    EXPECT_THAT(told(chess), ElementsAre("terminate"));
+    EXPECT_THAT(told("org.allowed"), IsEmpty());
+    EXPECT_FALSE(isScreenUp());
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 0);
+
+    configure({}, true);
+    m_workspace.app("org.cursor").name = "Cursor";
+    m_workspace.launchHidden("org.cursor");
+    EXPECT_THAT(told("org.cursor"), IsEmpty()) << "a match by name alone doesn't do";
+    m_monitor.updateBudget(ScreenTimeBudget{.dailyLimitMinutes = 1, .usedMinutesToday = 1});
+    m_workspace.app("org.xcode").name = "Xcode";
+    m_workspace.launchHidden("org.xcode");
+    EXPECT_THAT(told("org.xcode"), ElementsAre("terminate"));
+}
+
+TEST_F(Monitor, strictBlockQuitsAndEndsWhatDoesNotObey)
+{
+    m_monitor.startMonitoring();
+
+    const struct
+    {
+        std::string policy;
+        std::string guardianMode;
+        bool isStrict;
+    } cases[] = {{"permanent", "flexible", true}, {"cooldown", "flexible", false}, {"flexible", "permanent", true},
+        {"flexible", "flexible", false}};
+
+    for (const auto& [policy, guardianMode, isStrict] : cases) {
+        SCOPED_TRACE(policy + " under " + guardianMode);
+        configure({.customBlockedBundleIds = {chess, "org.stubborn"},
+            .bundleIdPolicies = {{chess, policy}, {"org.stubborn", policy}},
+            .guardianFlexibilityMode = guardianMode});
+        for (const std::string app : {chess, "org.stubborn"}) {
+            m_workspace.app(app).told.clear();
+            m_workspace.app(app).isPolite = app == chess;
+            m_workspace.bringToFront(app);
+            EXPECT_EQ(screen().allowBypass, !isStrict);
+            EXPECT_EQ(m_windows.blockModalActions.onContinue != nullptr, !isStrict);
+            dismiss();
+            m_workspace.leaveNothingInFront();
+        }
+        m_time.advance(499ms);
+        const auto first = isStrict ? "terminate" : "hide";
+        EXPECT_THAT(told("org.stubborn"), ElementsAre(first));
+        m_time.advance(1ms);
+        EXPECT_THAT(told(chess), ElementsAre(first));
+        if (isStrict)
+            EXPECT_THAT(told("org.stubborn"), ElementsAre("terminate", "forceTerminate"));
+        else
+            EXPECT_THAT(told("org.stubborn"), ElementsAre("hide"));
+    }
+}
+
+TEST_F(Monitor, screenTellsWhatTheRulesSay)
+{
+    configure({.customBlockedBundleIds = {chess},
+        .activeSession = "Homework",
+        .bundleIdCategories = {{chess, "gaming"}},
+        .guardianMessage = "Later.",
+        .guardianIllustrationKey = "ill-nature"});
+    m_workspace.app(chess).name = "Chess";
+    m_workspace.app(chess).place = ScreenRectangle{1, 2, 3, 4};
+    m_monitor.startMonitoring();
+    m_workspace.bringToFront(chess);
+    const BlockModal expected{.variant = MacBlockVariant::app,
+        .appName = "Chess",
+        .session = "Homework",
+        .category = "gaming",
+        .guardianMessage = "Later.",
+        .illustrationOverride = "ill-nature",
+        .allowBypass = true,
+        .place = ScreenRectangle{1, 2, 3, 4}};
+    EXPECT_EQ(screen(), expected);
+}
+
+TEST_F(Monitor, nightHasAScreenOfItsOwnAndABudgetToo)
+{
+    using enum MacBlockVariant;
+    m_monitor.startMonitoring();
+
+    const struct
+    {
+        int hour;
+        int minute;
+        MacBlockVariant variant;
+    } cases[] = {{6, 59, sleep}, {7, 0, app}, {21, 59, app}, {22, 0, sleep}, {0, 0, sleep}};
+
+    for (const auto& [hour, minute, variant] : cases) {
+        clockShows(hour, minute);
+        m_workspace.bringToFront(chess);
+        EXPECT_EQ(screen().variant, variant) << hour << ':' << minute;
+        dismiss();
+    }
+
+    configure({}, true);
+    m_workspace.app("org.code").executable = "/opt/encoder/MyCode-2";
+    m_workspace.bringToFront("org.code");
+    EXPECT_EQ(screen().variant, sleep);
+    EXPECT_EQ(screen().appName, "VS Code") << "the entry's name for it";
+    dismiss();
+    m_monitor.updateBudget(ScreenTimeBudget{.dailyLimitMinutes = 60, .earnedMinutesToday = 15, .usedMinutesToday = 75});
+    m_workspace.bringToFront("org.code");
+    EXPECT_EQ(screen().variant, budget);
+    EXPECT_EQ(screen().appName, "org.code") << "the app's own";
+}
+
+TEST_F(Monitor, budgetIsLookedAtOnceWhenItIsUsedUp)
+{
+    configure({}, true);
+    m_workspace.app("org.xcode").name = "Xcode";
+    m_workspace.bringToFront("org.xcode");
+    m_workspace.bringToFront("org.allowed");
+    m_monitor.startMonitoring();
+    const ScreenTimeBudget left{.dailyLimitMinutes = 60, .earnedMinutesToday = 15, .usedMinutesToday = 74};
+    auto none = left;
+    none.usedMinutesToday = 75;
+    m_monitor.updateBudget(none);
+    EXPECT_FALSE(isScreenUp()) << "a budget by itself forbids nothing";
+    m_workspace.bringToFront("org.xcode");
+    EXPECT_EQ(screen().variant, MacBlockVariant::budget);
+    dismiss();
+
+    m_monitor.updateBudget(left);
+    m_workspace.app("org.xcode").hidden = false; // back below the screen
+    m_monitor.updateBudget(none);
+    EXPECT_THAT(m_windows.blockModals, SizeIs(2)) << "just used up: looked at before the next tick";
+    m_monitor.updateBudget(std::nullopt);
+    dismiss();
+    m_workspace.bringToFront("org.xcode");
+    EXPECT_EQ(screen().variant, MacBlockVariant::app);
+}
+
+TEST_F(Monitor, stopsForGood)
+{
+    m_monitor.startMonitoring();
+    m_monitor.startMonitoring();
+    m_workspace.bringToFront(chess);
+    EXPECT_TRUE(isScreenUp());
+    m_monitor.stopMonitoring();
+    EXPECT_FALSE(isScreenUp());
+    m_time.advance(0ms);
+    EXPECT_EQ(m_time.pendingTimers(), 0U);
+    m_workspace.bringToFront(chess);
+    EXPECT_FALSE(isScreenUp());
+    m_monitor.startMonitoring();
+    EXPECT_TRUE(isScreenUp()) << "nothing is left of the screen that was up";
+}
+
+TEST_F(Monitor, appWithoutIdentifierCanOnlyMatchByName)
+{
+    configure({.customBlockedBundleIds = {chess}}, true);
+    m_monitor.startMonitoring();
+    m_workspace.bringToFront(std::nullopt);
+    EXPECT_FALSE(isScreenUp());
+    m_workspace.app(std::nullopt).name = "WebStorm 2026";
+    m_time.advance(2s);
+    EXPECT_EQ(screen().appName, "WebStorm");
+    m_time.advance(2s);
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1);
+}
+
+TEST_F(Monitor, blockedSiteBringsUpTheScreenUntilItIsLeft)
+{
+    blockSites({"casino.example", "news.example"});
+    visit("https://Sub.Casino.example:8443/roulette?x=1");
+    const BlockModal expected{.variant = MacBlockVariant::website,
+        .appName = "Firefox ESR",
+        .domain = "casino.example",
+        .category = "gambling",
+        .allowBypass = true};
+    EXPECT_EQ(screen(), expected);
+    m_time.advance(10s);
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << "seen already";
+    dismiss();
+    m_time.advance(2s);
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 2) << "the tab stays, and so does the block";
+    visit("https://open.example/");
+    visit("https://casino.example/");
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 3) << "left, and come back";
+    visit("https://news.example./");
+    EXPECT_EQ(screen().domain, "news.example");
+    EXPECT_THAT(told(firefox), IsEmpty());
+}
+
+TEST_F(Monitor, whatTellsNoSiteChangesNothing)
+{
+    blockSites({"casino.example"});
+    visit("http://casino.example/");
+    for (const auto* address : {"about:newtab", "file:///home/ada/casino.example", "", "http://", "::not an address::"})
+        visit(address);
+    visit("http://casino.example/");
+    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << "the site was never left";
+    for (const auto* address :
+        {"http://notcasino.example/", "http://example/", "http://casino.example.org/", "http://xn--casino.example/"}) {
+        visit(address);
+        EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << address;
+    }
+}
+
+TEST_F(Monitor, browsersAreAskedOnlyWhenThereIsSomethingToFind)
+{
+    blockSites({});
+    m_time.advance(10s);
+    EXPECT_EQ(m_browsers.questions, 0);
+    blockSites({"casino.example"});
+    m_workspace.bringToFront("com.operasoftware.Opera");
+    m_time.advance(10s);
+    EXPECT_EQ(m_browsers.questions, 0) << "that one can't be asked";
+    m_workspace.bringToFront(firefox);
+    EXPECT_EQ(m_browsers.questions, 0) << "an activation alone doesn't ask";
+    m_time.advance(4s);
+    EXPECT_EQ(m_browsers.questions, 2);
+}
+
+TEST_F(Monitor, answerThatComesTooLateIsNoBlock)
+{
+    blockSites({"casino.example"});
+    m_browsers.slowness = std::make_shared<OneShotEvent>();
+    visit("http://casino.example/");
+    visit("http://casino.example/");
+    m_monitor.stopMonitoring();
+    m_monitor.startMonitoring();
+    m_browsers.slowness->happen();
+    EXPECT_EQ(m_windows.blockModals.size(), 1U) << "the check of the new start alone";
+}
+
+TEST_F(Monitor, preparesTheScreenWhenThereCanBeOne)
+{
+    m_time.advance(0ms);
+    EXPECT_TRUE(m_windows.isPrepared);
+    FakeWindowFactory windows;
+    BlockModalWindowController blockModal{m_backend};
+    blockModal.showIn(windows);
+    ProcessMonitorService idle{{m_workspace, m_browsers, blockModal, m_time, m_time, m_host}};
+    idle.setConfiguration({});
+    m_time.advance(1s);
+    EXPECT_FALSE(windows.isPrepared);
+}
+
+TEST_F(Monitor, withoutWindowsAppsAreStoppedAllTheSame)
+{
+    BlockModalWindowController blockModal{m_backend};
+    ProcessMonitorService headless{{m_workspace, m_browsers, blockModal, m_time, m_time, m_host}};
+    headless.setConfiguration({.customBlockedBundleIds = {chess}});
+    headless.startMonitoring();
+    m_workspace.bringToFront(chess);
+    m_workspace.bringToFront(chess);
+    EXPECT_THAT(told(chess), ElementsAre("hide", "hide"));
+}
+
+} // namespace stillgate
