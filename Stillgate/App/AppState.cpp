@@ -32,7 +32,7 @@ AppState::AppState(const AppServices& services)
     : m_services(services)
     , m_cache(services.files, services.log)
     , m_categoryDomains(services.files, services.bundle)
-    , m_enforcement(services.files, services.hostsFile, services.monitor)
+    , m_enforcement(services.files, services.hostsFile, services.dnsProxy, services.monitor)
     , m_heartbeat(*this, services.backend, services.monitor, services.tracker, services.scheduler,
           [this] { runDetached(refreshData()); })
     , m_configuration(*this, services.backend, services.bundle, services.scheduler, services.log)
@@ -249,8 +249,9 @@ void AppState::logout()
 
 Task<> AppState::leaveBackend()
 {
-    (void)co_await m_services.dnsProxy.disable();
-    m_services.backend.clearTokens();
+    const auto disabling = m_services.dnsProxy.disable();
+    m_services.backend.clearTokens(); // an administrator may have to agree to the other, and a new session come first
+    (void)co_await disabling;
 }
 
 /// A notification comes from within an operation of the backend, which is not yet done with the session.

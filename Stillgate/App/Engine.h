@@ -4,8 +4,8 @@
 #include "App/ServiceRunner.h"
 #include "Backend/APIService.h"
 #include "Backend/SecureSession.h"
-#include "Blocking/AbsentDNSProxy.h"
-#include "Blocking/HostsFileService.h"
+#include "Blocking/DNSProxyManager.h"
+#include "Blocking/HostsFileRepair.h"
 #include "Blocking/ProcessMonitorService.h"
 #include "Platform/Workspace.h"
 #include "ScreenTime/ScreenTimeTracker.h"
@@ -27,6 +27,8 @@ struct Machine
     HostsFileWriter& hostsFileWriter;
     Workspace& workspace;
     BrowserScripting& browsers;
+    SystemExtensions& systemExtensions;
+    DNSProxyPreferences& dnsProxyPreferences;
 };
 
 /// One of every service, put together. What a window shows, and what runs without any, is the same.
@@ -40,12 +42,13 @@ struct Engine
     SecureSession session{trust, machine.notifications, machine.scheduler, machine.log};
     APIService backend{baseURL, session, keychain, machine.notifications};
     HostsFileService hostsFile{machine.hostsFileWriter, machine.files, machine.defaults, machine.host, machine.log};
+    HostsFileRepair hostsFileRepair{hostsFile, machine.files, machine.scheduler, machine.log};
     BlockModalWindowController blockModal{backend};
     ProcessMonitorService monitor{
         {machine.workspace, machine.browsers, blockModal, machine.clock, machine.scheduler, machine.host}};
     ScreenTimeTracker tracker{machine.workspace, machine.clock, machine.scheduler, machine.files, machine.host,
         machine.defaults, backend, machine.log};
-    AbsentDNSProxy dnsProxy;
+    DNSProxyManager dnsProxy{machine.systemExtensions, machine.dnsProxyPreferences, machine.log};
 
     AppServices services{
         .backend = backend,

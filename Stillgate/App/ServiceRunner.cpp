@@ -22,7 +22,7 @@ Task<> drop(Task<Result<void>> task)
 
 } // namespace
 
-ServiceRunner::ServiceRunner(const AppState& state, const AppServices& services)
+ServiceRunner::ServiceRunner(AppState& state, const AppServices& services)
     : m_state(state)
     , m_services(services)
 {}
@@ -39,9 +39,11 @@ void ServiceRunner::startServices()
 
 Task<> ServiceRunner::start(std::vector<std::string> domains)
 {
-    (void)co_await m_services.dnsProxy.fullSetup();
+    const bool hasProxy = co_await m_services.dnsProxy.fullSetup();
     if (!m_state.isAuthenticated)
         co_return; // signed out while the user was asked to approve the proxy
+    if (hasProxy)
+        m_state.syncBlockingState(); // the folder that is shared with the proxy may be new
     if (!domains.empty())
         m_services.hostsFile.applyBlocks(std::move(domains));
     m_services.monitor.startMonitoring();

@@ -10,7 +10,7 @@ namespace stillgate
 class ServiceRunner
 {
 public:
-    ServiceRunner(const AppState& state, const AppServices& services);
+    ServiceRunner(AppState& state, const AppServices& services);
 
     /// Also a second time within a second of a start: the services take that.
     void startServices();
@@ -25,7 +25,7 @@ public:
 private:
     [[nodiscard]] Task<> start(std::vector<std::string> domains);
 
-    const AppState& m_state;
+    AppState& m_state;
     AppServices m_services;
 };
 

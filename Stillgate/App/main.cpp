@@ -11,6 +11,8 @@
 #include "Platform/Linux/Desktop/AccessibilityBrowserScripting.h"
 #include "Platform/Linux/Desktop/X11WindowStacking.h"
 #include "Platform/Linux/Desktop/X11Workspace.h"
+#include "Platform/Linux/Guard/GuardDNSProxy.h"
+#include "Platform/Linux/Guard/GuardHostsFileWriter.h"
 #include "Platform/Linux/InstanceLock.h"
 #include "Platform/Linux/JSONUserDefaults.h"
 #include "Platform/Linux/LinuxBundle.h"
@@ -77,7 +79,11 @@ struct LinuxMachine
     LinuxChildProcess children;
     NotificationCenter notifications;
     JSONUserDefaults defaults{JSONUserDefaults::standardFile(), files, log};
-    ScriptHostsFileWriter hostsFileWriter{hostsPath, files, children, host};
+    GuardClient guard;
+    const bool hasGuard = GuardClient::isInstalled();
+    std::unique_ptr<HostsFileWriter> hostsFileWriter = makeHostsFileWriter();
+    GuardDNSProxy guardDNSProxy{guard, scheduler};
+    AbsentDNSProxySystem absentDNSProxy;
     DesktopEntries desktopEntries{DesktopEntries::standardDataFolders()};
     std::unique_ptr<Workspace> workspace = workspaceOn(desktopEntries, scheduler, log);
     AccessibilityBrowserScripting browsers{log};
@@ -99,9 +105,20 @@ struct LinuxMachine
             .scheduler = scheduler,
             .defaults = defaults,
             .host = host,
-            .hostsFileWriter = hostsFileWriter,
+            .hostsFileWriter = *hostsFileWriter,
             .workspace = *workspace,
-            .browsers = browsers};
+            .browsers = browsers,
+            .systemExtensions = hasGuard ? static_cast<SystemExtensions&>(guardDNSProxy) : absentDNSProxy,
+            .dnsProxyPreferences = hasGuard ? static_cast<DNSProxyPreferences&>(guardDNSProxy) : absentDNSProxy};
+    }
+
+private:
+    /// With a guard, root goes through it too: it keeps the names of all accounts of the machine together.
+    std::unique_ptr<HostsFileWriter> makeHostsFileWriter()
+    {
+        if (hasGuard)
+            return std::make_unique<GuardHostsFileWriter>(guard);
+        return std::make_unique<ScriptHostsFileWriter>(hostsPath, files, children, host);
     }
 };
 

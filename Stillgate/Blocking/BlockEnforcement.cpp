@@ -5,14 +5,20 @@
 namespace stillgate
 {
 
-BlockEnforcement::BlockEnforcement(FileManager& files, HostsFileService& hostsFile, AppMonitor& monitor)
+BlockEnforcement::BlockEnforcement(
+    FileManager& files, HostsFileService& hostsFile, DNSProxy& dnsProxy, AppMonitor& monitor)
     : m_files(files)
     , m_hostsFile(hostsFile)
+    , m_dnsProxy(dnsProxy)
     , m_monitor(monitor)
 {}
 
 void BlockEnforcement::enforce(CompiledBlocks blocks)
 {
+    const bool isPermanent = blocks.monitor.guardianFlexibilityMode == permanentMode;
+    const auto permanence = isPermanent ? Permanence::permanent : Permanence::flexible;
+    m_dnsProxy.setPermanence(permanence);
+    m_hostsFile.setPermanence(permanence);
     writeConfig(blocks.dnsProxy);
     if (!blocks.hostsDomains.empty())
         m_hostsFile.applyBlocks(std::move(blocks.hostsDomains));

@@ -2,6 +2,7 @@
 
 #include "Blocking/AppMonitor.h"
 #include "Blocking/BlockCompiler.h"
+#include "Blocking/DNSProxy.h"
 #include "Blocking/HostsFileService.h"
 #include "Platform/FileManager.h"
 
@@ -12,7 +13,7 @@ namespace stillgate
 class BlockEnforcement
 {
 public:
-    BlockEnforcement(FileManager& files, HostsFileService& hostsFile, AppMonitor& monitor);
+    BlockEnforcement(FileManager& files, HostsFileService& hostsFile, DNSProxy& dnsProxy, AppMonitor& monitor);
 
     /// A file that can't be written is no reason to hold back the rest. With no domains, the hosts file is left as it
     /// is: an earlier block stays until sign-out.
@@ -23,6 +24,7 @@ private:
 
     FileManager& m_files;
     HostsFileService& m_hostsFile;
+    DNSProxy& m_dnsProxy;
     AppMonitor& m_monitor;
 };
 

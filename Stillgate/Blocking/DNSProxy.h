@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Result.h"
+#include "Platform/Permanence.h"
 #include "Platform/Task.h"
 
 namespace stillgate
@@ -16,6 +17,9 @@ public:
     [[nodiscard]] virtual Task<bool> fullSetup() = 0;
 
     [[nodiscard]] virtual Task<Result<void>> disable() = 0;
+
+    /// How the proxy is to stand: one that is on follows.
+    virtual void setPermanence(Permanence permanence) = 0;
 };
 
 } // namespace stillgate

@@ -15,6 +15,8 @@ namespace
 
 /// The setting that holds the key of the list last known to be in the file; "" when nothing is known.
 constexpr std::string_view hashKey = "sg_hosts_hash";
+/// Whether that list was written to stand for good.
+constexpr std::string_view permanentKey = "sg_hosts_permanent";
 
 /// The list, sorted and joined: the same for every order of the same domains.
 std::string keyOf(std::vector<std::string> domains)
@@ -24,6 +26,17 @@ std::string keyOf(std::vector<std::string> domains)
     for (const auto& domain : domains)
         key.append(key.empty() ? "" : ",").append(domain);
     return key;
+}
+
+std::vector<std::string> domainsIn(std::string_view key)
+{
+    std::vector<std::string> domains;
+    while (!key.empty()) {
+        const auto comma = std::min(key.find(','), key.size());
+        domains.emplace_back(key.substr(0, comma));
+        key.remove_prefix(std::min(comma + 1, key.size()));
+    }
+    return domains;
 }
 
 } // namespace
@@ -43,6 +56,7 @@ void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rew
         removeBlocks();
         return;
     }
+    m_wanted = domains;
     auto key = keyOf(domains);
     BlockRequest request{std::move(domains), std::move(key), rewrite};
     if (!m_running) {
@@ -55,11 +69,12 @@ void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rew
 
 void HostsFileService::apply(BlockRequest request)
 {
-    if (request.key == m_defaults.string(hashKey).value_or("")) {
+    const bool standsAsWanted = permanenceInFile() == m_permanence;
+    if (standsAsWanted && request.key == m_defaults.string(hashKey).value_or("")) {
         report(true, request.domains.size());
         return;
     }
-    if (request.rewrite == Rewrite::ifNamesAreMissing && isInFile(request.domains)) {
+    if (standsAsWanted && request.rewrite == Rewrite::ifNamesAreMissing && isInFile(request.domains)) {
         m_defaults.setString(hashKey, request.key);
         report(true, request.domains.size());
         return;
@@ -78,9 +93,11 @@ bool HostsFileService::isInFile(const std::vector<std::string>& domains) const
 Task<> HostsFileService::write(BlockRequest request)
 {
     m_running = std::make_shared<OneShotEvent>();
-    const auto written = co_await m_writer.replaceBlock(generateHostsEntries(request.domains));
+    const auto permanence = m_permanence;
+    const auto written = co_await m_writer.replaceBlock(generateHostsEntries(request.domains), permanence);
     if (written) {
         m_defaults.setString(hashKey, request.key);
+        setPermanenceInFile(permanence);
     } else {
         m_log.write("[HostsFile] Failed to apply blocks");
         // The same list has just been tried.
@@ -91,8 +108,38 @@ Task<> HostsFileService::write(BlockRequest request)
     continueWithWaiting();
 }
 
+Permanence HostsFileService::permanenceInFile() const
+{
+    return m_defaults.boolean(permanentKey) ? Permanence::permanent : Permanence::flexible;
+}
+
+void HostsFileService::setPermanenceInFile(Permanence permanence)
+{
+    if (permanence != permanenceInFile())
+        m_defaults.setBoolean(permanentKey, permanence == Permanence::permanent);
+}
+
+bool HostsFileService::isIntact() const
+{
+    const auto stored = m_defaults.string(hashKey).value_or("");
+    const auto wanted = m_wanted.empty() ? domainsIn(stored) : m_wanted;
+    if (m_running || wanted.empty())
+        return true;
+    const auto text = m_files.read(hostsPath);
+    const auto names = text ? intactHostsBlockNames(*text) : std::nullopt;
+    return names && std::ranges::includes(*names, HostNames{wanted}.sorted());
+}
+
+void HostsFileService::repair()
+{
+    const auto stored = m_defaults.string(hashKey).value_or("");
+    m_defaults.setString(hashKey, "");
+    applyBlocks(m_wanted.empty() ? domainsIn(stored) : m_wanted, Rewrite::always);
+}
+
 void HostsFileService::removeBlocks()
 {
+    m_wanted.clear();
     m_defaults.setString(hashKey, "");
     if (m_running) {
         m_removalWaits = true;
@@ -107,7 +154,9 @@ Task<> HostsFileService::remove()
     m_running = std::make_shared<OneShotEvent>();
     m_removalWaits = false;
     m_defaults.setString(hashKey, ""); // a write that ended since has set it
-    (void)co_await m_writer.removeBlock();
+    if (const auto removed = co_await m_writer.removeBlock(); !removed)
+        m_log.write("[HostsFile] Failed to remove blocks");
+    setPermanenceInFile(Permanence::flexible);
     report(false, 0);
     continueWithWaiting();
 }

@@ -38,6 +38,16 @@ public:
 
     void removeBlocks();
 
+    /// How the block is to stand from now on. A change is written with the next list, also if its domains are the same.
+    void setPermanence(Permanence permanence) { m_permanence = permanence; }
+
+    /// Whether the file has what the list last written stands for; so it is too when nothing is to stand there, or
+    /// while a write runs. Names beyond the list are another account's.
+    [[nodiscard]] bool isIntact() const;
+
+    /// Writes the list again that was last written.
+    void repair();
+
     /// The names in the block, as the file has them; none if it can't be read as UTF-8.
     [[nodiscard]] std::vector<std::string> getBlockedDomains() const;
 
@@ -57,6 +67,8 @@ private:
 
     void apply(BlockRequest request);
     [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
+    [[nodiscard]] Permanence permanenceInFile() const;
+    void setPermanenceInFile(Permanence permanence);
     [[nodiscard]] Task<> write(BlockRequest request);
     [[nodiscard]] Task<> remove();
     void report(bool active, std::size_t count);
@@ -68,6 +80,8 @@ private:
     Host& m_host;
     Log& m_log;
 
+    Permanence m_permanence = Permanence::flexible;
+    std::vector<std::string> m_wanted;       ///< the list last asked for; empty: none since the start, or none at all
     std::shared_ptr<OneShotEvent> m_running; ///< happens when no write is running any more; none when idle
     bool m_removalWaits = false;
     std::optional<BlockRequest> m_waiting;

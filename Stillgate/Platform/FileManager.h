@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Models/Result.h"
+#include "Platform/Observers.h"
 
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,6 +52,11 @@ public:
     [[nodiscard]] virtual Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
     [[nodiscard]] virtual Result<void> remove(const std::filesystem::path& path) = 0;
+
+    /// Called after something has happened to the file: its bytes, its place, whether it is there. Perhaps once too
+    /// often, perhaps once for several changes.
+    [[nodiscard]] virtual std::unique_ptr<Observation> onChange(
+        const std::filesystem::path& path, std::function<void()> observer) = 0;
 
     /// With its parents; one that exists is a success.
     [[nodiscard]] virtual Result<void> createDirectory(const std::filesystem::path& path) = 0;

@@ -161,4 +161,25 @@ std::vector<std::string> hostsBlockNames(std::string_view text, std::string_view
     return names;
 }
 
+std::optional<std::vector<std::string_view>> intactHostsBlockNames(std::string_view text)
+{
+    const auto start = text.find(hostsMarker);
+    const bool isOnlyOne = start != std::string_view::npos && text.rfind(hostsMarker) == start;
+    if (!isOnlyOne || (start > 0 && text[start - 1] != '\n'))
+        return std::nullopt;
+    auto line = lineAt(text, start);
+    if (withoutFeed(textOf(text, line)) != hostsMarker)
+        return std::nullopt;
+    std::vector<std::string_view> names;
+    for (line = lineAt(text, line.end); line.begin < text.size(); line = lineAt(text, line.end)) {
+        if (withoutFeed(textOf(text, line)) == hostsMarkerEnd)
+            return names;
+        const auto name = nameOfOwnLine(textOf(text, line));
+        if (name.empty() || (!names.empty() && name <= names.back()))
+            return std::nullopt;
+        names.push_back(name);
+    }
+    return std::nullopt;
+}
+
 } // namespace stillgate

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,5 +24,9 @@ inline constexpr std::string_view hostsMarkerEnd = "# End Stillgate";
 
 /// The names of the blocks, in the order of the file. A block that doesn't end is told as above.
 [[nodiscard]] std::vector<std::string> hostsBlockNames(std::string_view text, std::string_view hostName);
+
+/// The names of the one block of the text, ascending, if every byte of it is as we write it; nothing if there is no
+/// block, or more than one, or one that somebody has changed. The views live as long as the text.
+[[nodiscard]] std::optional<std::vector<std::string_view>> intactHostsBlockNames(std::string_view text);
 
 } // namespace stillgate

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Result.h"
+#include "Platform/Permanence.h"
 #include "Platform/Task.h"
 
 #include <string>
@@ -19,8 +20,9 @@ public:
     virtual ~HostsFileWriter() = default;
 
     /// The block, a text from its first to its last byte, takes the place of whatever blocks the file holds, at its
-    /// end.
-    [[nodiscard]] virtual Task<Result<void>> replaceBlock(std::string block) = 0;
+    /// end. Where several accounts of the machine have one, it takes the place of this user's, and the file holds the
+    /// names of all.
+    [[nodiscard]] virtual Task<Result<void>> replaceBlock(std::string block, Permanence permanence) = 0;
 
     [[nodiscard]] virtual Task<Result<void>> removeBlock() = 0;
 };

@@ -139,8 +139,7 @@ protected:
     NotificationCenter m_notifications;
     DesktopEntries m_entries{DesktopEntries::standardDataFolders()};
     LinuxScheduler m_scheduler;
-    X11Workspace m_workspace{
-        X11Connection::open(), X11Connection::open(), m_entries, m_scheduler, m_computer.log};
+    X11Workspace m_workspace{X11Connection::open(), X11Connection::open(), m_entries, m_scheduler, m_computer.log};
     std::unique_ptr<Engine> m_engine;
     RealApp m_xterm{"xterm", "XTerm"};
     RealApp m_mousepad{"mousepad", "Mousepad"};

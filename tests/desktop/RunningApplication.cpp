@@ -34,7 +34,9 @@ Machine machineOn(Computer& computer, NotificationCenter& notifications, Workspa
         .host = computer.host,
         .hostsFileWriter = computer.hostsFileWriter,
         .workspace = workspace,
-        .browsers = computer.browsers};
+        .browsers = computer.browsers,
+        .systemExtensions = computer.system,
+        .dnsProxyPreferences = computer.system};
 }
 
 RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const ServerProcess& server)

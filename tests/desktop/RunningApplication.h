@@ -9,6 +9,7 @@
 #include "Platform/Memory/MemoryHost.h"
 #include "Platform/Memory/MemoryHostsFileWriter.h"
 #include "Platform/Memory/MemoryLog.h"
+#include "Platform/Memory/MemorySystemExtensions.h"
 #include "Platform/Memory/MemoryUserDefaults.h"
 #include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
@@ -65,6 +66,7 @@ struct Computer
     MemoryWorkspace workspace;
     MemoryBrowserScripting browsers;
     MemoryWindowStacking stacking;
+    MemorySystemExtensions system;
 };
 
 /// The computer as an engine sees it, with another desktop than its own if need be.

@@ -89,13 +89,13 @@ void X11TestWindow::giveNumberToNewWindow(const std::string& windowClass) const
 void X11TestWindow::makeIcon() const
 {
     constexpr uint32_t iconic = 3;
-    askWindowManager("WM_CHANGE_STATE", iconic);
+    askWindowManager("WM_CHANGE_STATE", {iconic});
 }
 
 void X11TestWindow::activate() const
 {
     constexpr uint32_t onBehalfOfTheUser = 2;
-    askWindowManager("_NET_ACTIVE_WINDOW", onBehalfOfTheUser);
+    askWindowManager("_NET_ACTIVE_WINDOW", {onBehalfOfTheUser});
 }
 
 bool X11TestWindow::isActive() const
@@ -103,18 +103,95 @@ bool X11TestWindow::isActive() const
     return numbersIn(*m_connection, m_connection->root(), "_NET_ACTIVE_WINDOW") == std::vector{m_number};
 }
 
-void X11TestWindow::askWindowManager(std::string_view message, uint32_t argument) const
+void X11TestWindow::askWindowManager(std::string_view message, std::initializer_list<uint32_t> arguments) const
 {
-    xcb_client_message_event_t event{};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = m_number;
-    event.type = atomNamed(*m_connection, message);
-    event.data.data32[0] = argument;
-    xcb_send_event(m_connection->xcb(), 0, m_connection->root(),
-        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-        reinterpret_cast<const char*>(&event));
-    xcb_flush(m_connection->xcb());
+    m_connection->askWindowManager(m_number, atomNamed(*m_connection, message), arguments);
+    m_connection->flush();
+}
+
+void X11TestWindow::hide() const
+{
+    xcb_unmap_window(m_connection->xcb(), m_number);
+    m_connection->flush();
+}
+
+void X11TestWindow::leaveUnmanaged() const
+{
+    const uint32_t yes = 1;
+    xcb_change_window_attributes(m_connection->xcb(), m_number, XCB_CW_OVERRIDE_REDIRECT, &yes);
+}
+
+void X11TestWindow::raise() const
+{
+    const uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(m_connection->xcb(), m_number, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    m_connection->flush();
+}
+
+void X11TestWindow::cover() const
+{
+    const auto screen = m_connection->rectangleOf(m_connection->root()).value();
+    const uint32_t size[] = {static_cast<uint32_t>(screen.width), static_cast<uint32_t>(screen.height)};
+    xcb_configure_window(m_connection->xcb(), m_number, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+}
+
+void X11TestWindow::fillScreen() const
+{
+    constexpr uint32_t add = 1;
+    askWindowManager("_NET_WM_STATE", {add, atomNamed(*m_connection, "_NET_WM_STATE_FULLSCREEN")});
+}
+
+void X11TestWindow::takeKeyboard() const
+{
+    xcb_set_input_focus(m_connection->xcb(), XCB_INPUT_FOCUS_PARENT, m_number, XCB_CURRENT_TIME);
+    m_connection->flush();
+}
+
+bool X11TestWindow::holdKeyboard() const
+{
+    auto* xcb = m_connection->xcb();
+    const X11Reply<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(
+        xcb, xcb_grab_keyboard(xcb, 0, m_number, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC), nullptr)};
+    return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void X11TestWindow::own(std::string_view selection) const
+{
+    xcb_set_selection_owner(m_connection->xcb(), m_number, atomNamed(*m_connection, selection), XCB_CURRENT_TIME);
+    std::ignore = isViewable(); // an answer to this means that it is done
+}
+
+bool X11TestWindow::isViewable() const
+{
+    auto* xcb = m_connection->xcb();
+    const X11Reply<xcb_get_window_attributes_reply_t> attributes{
+        xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, m_number), nullptr)};
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+/// Among those that can be seen.
+bool X11TestWindow::isOnTop() const
+{
+    auto* xcb = m_connection->xcb();
+    const X11Reply<xcb_query_tree_reply_t> tree{
+        xcb_query_tree_reply(xcb, xcb_query_tree(xcb, m_connection->root()), nullptr)};
+    const auto* windows = xcb_query_tree_children(tree.get());
+    for (int i = xcb_query_tree_children_length(tree.get()); i-- > 0;) {
+        const X11Reply<xcb_get_window_attributes_reply_t> attributes{
+            xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, windows[i]), nullptr)};
+        if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+            attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            return windows[i] == m_number;
+    }
+    return false;
+}
+
+bool X11TestWindow::hasKeyboard() const
+{
+    auto* xcb = m_connection->xcb();
+    const X11Reply<xcb_get_input_focus_reply_t> focus{
+        xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr)};
+    return focus && focus->focus == m_number;
 }
 
 } // namespace stillgate::test

@@ -28,8 +28,22 @@ public:
     void putApplicationId(const std::string& id) const;
 
     void show() const;
+    void hide() const;
     void close() const;
     void makeIcon() const;
+
+    /// Before it is shown: no window manager has a say in it.
+    void leaveUnmanaged() const;
+    void raise() const;
+    void cover() const;      ///< the whole screen, by its size
+    void fillScreen() const; ///< by the window manager
+    void takeKeyboard() const;
+    [[nodiscard]] bool holdKeyboard() const; ///< so that no other window gets a key
+    void own(std::string_view selection) const;
+
+    [[nodiscard]] bool isViewable() const;
+    [[nodiscard]] bool isOnTop() const;
+    [[nodiscard]] bool hasKeyboard() const;
 
     /// Closes the window and shows another one with its number.
     void giveNumberToNewWindow(const std::string& windowClass) const;
@@ -43,7 +57,7 @@ public:
 
 private:
     void create(const std::string& windowClass) const;
-    void askWindowManager(std::string_view message, uint32_t argument) const;
+    void askWindowManager(std::string_view message, std::initializer_list<uint32_t> arguments) const;
 
     std::unique_ptr<X11Connection> m_connection = X11Connection::open();
     xcb_window_t m_number;

@@ -88,7 +88,10 @@ public:
         co_return failure(SystemFailure{"no proxy"});
     }
 
+    void setPermanence(Permanence newPermanence) override { permanence = newPermanence; }
+
     int setUps = 0;
+    Permanence permanence = Permanence::flexible;
     std::shared_ptr<OneShotEvent> approval; ///< what the set-up waits for, if there is one
     int disabled = 0;
 };

@@ -1,6 +1,6 @@
-#include "Blocking/HostsFileService.h"
-
+#include "Blocking/HostsFileRepair.h"
 #include "Platform/HostsBlock.h"
+#include "Platform/Memory/ManualTime.h"
 #include "Platform/Memory/MemoryHost.h"
 #include "Platform/Memory/MemoryHostsFileWriter.h"
 #include "Platform/Memory/MemoryLog.h"
@@ -11,6 +11,7 @@
 namespace stillgate
 {
 
+using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -167,6 +168,117 @@ TEST_F(HostsFile, unreadableFileHasNoBlockedDomains)
 
     m_files.unreadable.insert(hostsPath);
     EXPECT_THAT(m_service.getBlockedDomains(), IsEmpty());
+}
+
+/// The file is looked at, with a clock that a test moves.
+class HostsFileRepairs : public HostsFile
+{
+protected:
+    HostsFileRepairs()
+    {
+        m_service.applyBlocks({"b.example", "a.example"});
+        m_intact = hosts();
+        m_names = m_service.getBlockedDomains();
+    }
+
+    /// What somebody else makes of the file, from what it is.
+    void damage(const std::string& text) { m_files.put(hostsPath, text); }
+
+    [[nodiscard]] std::string changed(const std::string& from, const std::string& to) const
+    {
+        auto text = m_intact;
+        return text.replace(text.find(from), from.size(), to);
+    }
+
+    void expectRepair(const std::string& damaged)
+    {
+        SCOPED_TRACE(damaged);
+        damage(damaged);
+        m_time.advance(1s);
+        EXPECT_EQ(m_service.getBlockedDomains(), m_names);
+        EXPECT_TRUE(m_service.isIntact());
+        EXPECT_TRUE(hosts().starts_with(original));
+    }
+
+    ManualTime m_time;
+    std::string m_intact;
+    std::vector<std::string> m_names;
+    HostsFileRepair m_repair{m_service, m_files, m_time, m_log};
+};
+
+TEST_F(HostsFileRepairs, everyDamageIsMendedWithinASecond)
+{
+    expectRepair(original);
+    expectRepair(changed("127.0.0.1 a.example\n", ""));
+    expectRepair(changed("127.0.0.1 a.example\n", "10.0.0.1 a.example\n"));
+    expectRepair(changed("127.0.0.1 a.example\n", "#127.0.0.1 a.example\n"));
+    expectRepair(changed("127.0.0.1 a.example\n", "127.0.0.1 a.example other.example\n"));
+    expectRepair(changed("# Stillgate Protected Sites", "# Stillgate"));
+    expectRepair(changed("# End Stillgate\n", ""));
+    expectRepair(changed("# End Stillgate\n", "# End Stillgate\n# Stillgate Protected Sites\n"));
+    EXPECT_EQ(m_writer.requests.size(), 9U);
+}
+
+TEST_F(HostsFileRepairs, fileThatIsGoneComesBackWithTheBlock)
+{
+    EXPECT_TRUE(m_files.remove(hostsPath));
+    m_time.advance(1s);
+    EXPECT_EQ(m_service.getBlockedDomains(), m_names);
+}
+
+TEST_F(HostsFileRepairs, whatIsNoDamageCostsNoWrite)
+{
+    m_time.advance(1h);
+    damage("10.0.0.1 printer\n" + m_intact);
+    m_time.advance(1h);
+    damage(changed("127.0.0.1 a.example\n", "127.0.0.1 a.another-accounts.example\n127.0.0.1 a.example\n"));
+    m_time.advance(1h);
+    EXPECT_EQ(m_writer.requests.size(), 1U);
+    EXPECT_THAT(m_log.lines, IsEmpty());
+
+    m_service.removeBlocks();
+    damage(original);
+    m_time.advance(1h);
+    EXPECT_EQ(m_writer.requests.size(), 2U) << "nothing is to stand there any more";
+}
+
+TEST_F(HostsFileRepairs, startLooksOnce)
+{
+    damage(original);
+    HostsFileService restarted{m_writer, m_files, m_defaults, m_host, m_log};
+    restarted.applyBlocks({"a.example", "b.example"});
+    EXPECT_EQ(hosts(), original) << "the stored list is believed";
+    ManualTime time;
+    const HostsFileRepair repair{restarted, m_files, time, m_log};
+    time.advance(1s);
+    EXPECT_EQ(restarted.getBlockedDomains(), m_names);
+}
+
+TEST_F(HostsFileRepairs, triesAgainWhenItCouldNot)
+{
+    m_writer.isPermitted = false; // a full disk
+    damage(original);
+    m_time.advance(1s);
+    EXPECT_EQ(hosts(), original);
+    m_writer.isPermitted = true;
+    m_time.advance(10s);
+    EXPECT_EQ(m_service.getBlockedDomains(), m_names);
+}
+
+TEST_F(HostsFile, anotherPermanenceIsWrittenThoughTheListIsTheSame)
+{
+    m_service.applyBlocks({"a.example"});
+    m_service.setPermanence(Permanence::permanent);
+    m_service.applyBlocks({"a.example"});
+    EXPECT_EQ(m_writer.permanence, Permanence::permanent);
+    m_service.applyBlocks({"a.example"});
+    HostsFileService restarted{m_writer, m_files, m_defaults, m_host, m_log};
+    restarted.setPermanence(Permanence::permanent);
+    restarted.applyBlocks({"a.example"});
+    EXPECT_EQ(m_writer.requests.size(), 2U);
+    restarted.setPermanence(Permanence::flexible);
+    restarted.applyBlocks({"a.example"});
+    EXPECT_EQ(m_writer.permanence, Permanence::flexible);
 }
 
 } // namespace stillgate

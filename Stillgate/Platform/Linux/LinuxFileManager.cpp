@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxFileManager.h"
 
 #include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/FileWatch.h"
 
 #include <QStandardPaths>
 
@@ -162,6 +163,11 @@ Result<void> LinuxFileManager::remove(const fs::path& path)
     if (::unlink(path.c_str()) != 0)
         return systemFailure("remove", path);
     return {};
+}
+
+std::unique_ptr<Observation> LinuxFileManager::onChange(const fs::path& path, std::function<void()> observer)
+{
+    return std::make_unique<FileWatch>(path, std::move(observer));
 }
 
 Result<void> LinuxFileManager::createDirectory(const fs::path& path)

@@ -21,6 +21,8 @@ public:
         const std::filesystem::path& path, std::string_view bytes, WriteOptions options) override;
     [[nodiscard]] Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to) override;
     [[nodiscard]] Result<void> remove(const std::filesystem::path& path) override;
+    [[nodiscard]] std::unique_ptr<Observation> onChange(
+        const std::filesystem::path& path, std::function<void()> observer) override;
     [[nodiscard]] Result<void> createDirectory(const std::filesystem::path& path) override;
 };
 

@@ -32,7 +32,7 @@ ScriptHostsFileWriter::ScriptHostsFileWriter(
     , m_host(host)
 {}
 
-Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block)
+Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block, Permanence)
 {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         auto rewrite = prepare(block);
@@ -53,7 +53,7 @@ Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block)
 
 Task<Result<void>> ScriptHostsFileWriter::removeBlock()
 {
-    return replaceBlock({});
+    return replaceBlock({}, Permanence::flexible);
 }
 
 Result<ScriptHostsFileWriter::Rewrite> ScriptHostsFileWriter::prepare(const std::string& block) const

@@ -24,7 +24,7 @@ Result<void> MemoryFileManager::write(const fs::path& path, std::string_view byt
         return failure(SystemFailure{"write " + path.string(), ENOSPC});
     if (!folders.contains(path.parent_path()))
         return failure(SystemFailure{"write " + path.string(), ENOENT});
-    files[path] = bytes;
+    put(path, std::string{bytes});
     return {};
 }
 
@@ -41,6 +41,7 @@ Result<void> MemoryFileManager::remove(const fs::path& path)
 {
     if (files.erase(path) == 0)
         return failure(SystemFailure{"remove " + path.string(), ENOENT});
+    m_watched[path].notify();
     return {};
 }
 
@@ -58,6 +59,12 @@ void MemoryFileManager::put(const fs::path& path, std::string bytes)
     for (auto folder = path.parent_path(); folders.insert(folder).second;)
         folder = folder.parent_path();
     files[path] = std::move(bytes);
+    m_watched[path].notify();
+}
+
+std::unique_ptr<Observation> MemoryFileManager::onChange(const fs::path& path, std::function<void()> observer)
+{
+    return m_watched[path].add(std::move(observer));
 }
 
 } // namespace stillgate

@@ -25,6 +25,8 @@ public:
         const std::filesystem::path& path, std::string_view bytes, WriteOptions options) override;
     [[nodiscard]] Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to) override;
     [[nodiscard]] Result<void> remove(const std::filesystem::path& path) override;
+    [[nodiscard]] std::unique_ptr<Observation> onChange(
+        const std::filesystem::path& path, std::function<void()> observer) override;
     [[nodiscard]] Result<void> createDirectory(const std::filesystem::path& path) override;
 
     /// A file as another program would have left it, with its folder.
@@ -41,6 +43,9 @@ public:
     std::optional<std::filesystem::path> container = "/var/lib/stillgate/group/1000";
     bool diskIsFull = false;
     mutable std::vector<std::filesystem::path> readFiles;
+
+private:
+    std::map<std::filesystem::path, Observers<>> m_watched;
 };
 
 } // namespace stillgate

@@ -7,21 +7,22 @@
 namespace stillgate
 {
 
-Task<Result<void>> MemoryHostsFileWriter::replaceBlock(std::string block)
+Task<Result<void>> MemoryHostsFileWriter::replaceBlock(std::string block, Permanence newPermanence)
 {
     requests.push_back(block);
     if (const auto held = m_held)
         co_await *held;
     if (!isPermitted)
         co_return failure(SystemFailure{"write /etc/hosts", EACCES});
-    auto& text = m_files.files[hostsPath];
-    text = withoutHostsBlocks(text, "workbench") + block;
+    const auto text = m_files.contains(hostsPath) ? m_files.at(hostsPath) : "";
+    m_files.put(hostsPath, withoutHostsBlocks(text, "workbench") + block);
+    permanence = newPermanence;
     co_return Result<void>{};
 }
 
 Task<Result<void>> MemoryHostsFileWriter::removeBlock()
 {
-    return replaceBlock({});
+    return replaceBlock({}, Permanence::flexible);
 }
 
 void MemoryHostsFileWriter::finishHeld()

@@ -19,12 +19,13 @@ public:
         : m_files(files)
     {}
 
-    [[nodiscard]] Task<Result<void>> replaceBlock(std::string block) override;
+    [[nodiscard]] Task<Result<void>> replaceBlock(std::string block, Permanence newPermanence) override;
     [[nodiscard]] Task<Result<void>> removeBlock() override;
 
     /// Every request: the block, or "" for a removal.
     std::vector<std::string> requests;
     bool isPermitted = false;
+    Permanence permanence = Permanence::flexible; ///< of the block in the file
 
     /// Later requests wait until `finishHeld`.
     void hold() { m_held = std::make_shared<OneShotEvent>(); }

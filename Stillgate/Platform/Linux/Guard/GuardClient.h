@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Models/Result.h"
+#include "Platform/Permanence.h"
+#include "Platform/Task.h"
+
+#include <QDBusMessage>
+
+#include <string>
+
+namespace stillgate
+{
+
+/// The guard, a system service that changes what the user has no right to (Guard/GuardObject.h). A call ends when the
+/// guard has done it, or won't: while somebody is asked for consent that may take minutes. Errors: SystemFailure, with
+/// the guard's sentence.
+class GuardClient
+{
+public:
+    /// Whether this machine has a guard; it need not run yet. One question to the system bus.
+    [[nodiscard]] static bool isInstalled();
+
+    struct Status
+    {
+        bool isDNSProxyEnabled = false;
+        bool isHostsBlockApplied = false;
+    };
+
+    [[nodiscard]] Task<Result<Status>> status();
+    [[nodiscard]] Task<Result<void>> replaceHostsBlock(std::string block, Permanence permanence);
+    [[nodiscard]] Task<Result<void>> removeHostsBlock();
+    [[nodiscard]] Task<Result<void>> enableDNSProxy(Permanence permanence);
+    [[nodiscard]] Task<Result<void>> disableDNSProxy();
+
+private:
+    [[nodiscard]] Task<Result<QVariantList>> call(QString method, QVariantList arguments = {});
+    [[nodiscard]] Task<Result<void>> order(QString method, QVariantList arguments = {});
+};
+
+} // namespace stillgate
