@@ -5,7 +5,9 @@
 #include <QDBusVariant>
 
 #include <algorithm>
+#include <cstdlib>
 #include <deque>
+#include <limits>
 
 namespace stillgate
 {
@@ -32,22 +34,64 @@ QDBusPendingCall askLauncher(const char* interface, const char* method, const QV
     return QDBusConnection::sessionBus().asyncCall(message);
 }
 
-/// The window that is in front, of those that a program has.
-Task<std::optional<AccessibleObject>> frontWindow(AccessibleObject program, std::optional<std::string> title)
+using Objects = std::vector<AccessibleObject>;
+
+/// Those of this title, to which a browser may add a word of its own ("... (Incognito)").
+Task<Objects> windowsTitled(Objects windows, std::string title)
 {
-    const auto windows = co_await program.children();
-    if (windows.size() == 1)
-        co_return windows.front();
+    Objects found;
+    for (const auto& window : windows) {
+        if ((co_await window.name()).starts_with(title))
+            found.push_back(window);
+    }
+    co_return found;
+}
+
+/// Some think that they are active long after another one is, and others never do.
+Task<Objects> windowsThatSayTheyAreActive(Objects windows)
+{
+    Objects found;
     for (const auto& window : windows) {
         if (has(co_await window.states(), AccessibleObject::active))
-            co_return window;
+            found.push_back(window);
     }
-    // A window may not know that it is active before somebody has used it.
+    co_return found;
+}
+
+/// How far the upper left corners are from each other, in pixels along the edges.
+int distance(const ScreenRectangle& a, const ScreenRectangle& b)
+{
+    return std::abs(a.x - b.x) + std::abs(a.y - b.y);
+}
+
+Task<std::optional<AccessibleObject>> windowNearest(Objects windows, std::optional<ScreenRectangle> place)
+{
+    std::optional<AccessibleObject> nearest;
+    int least = std::numeric_limits<int>::max();
     for (const auto& window : windows) {
-        if (title && co_await window.name() == *title)
-            co_return window;
+        const auto extents = co_await window.extents();
+        const int away = extents && place ? distance(*extents, *place) : least;
+        if (nearest && away >= least)
+            continue;
+        nearest = window;
+        least = away;
     }
-    co_return std::nullopt;
+    co_return nearest;
+}
+
+/// The window of the program that is in front on the screen.
+Task<std::optional<AccessibleObject>> frontWindow(
+    AccessibleObject program, std::string title, std::optional<ScreenRectangle> place)
+{
+    const auto windows = co_await program.children();
+    Objects candidates;
+    if (!title.empty())
+        candidates = co_await windowsTitled(windows, title);
+    if (candidates.empty())
+        candidates = co_await windowsThatSayTheyAreActive(windows);
+    if (candidates.empty() && windows.size() == 1)
+        candidates = windows;
+    co_return co_await windowNearest(candidates, place);
 }
 
 /// The outermost object of this role that can be seen, the nearest to the root first. What is in a document belongs to
@@ -135,9 +179,10 @@ Task<std::optional<std::string>> AccessibilityBrowserScripting::addressOfFrontTa
 {
     if (!m_bus)
         co_return std::nullopt;
-    const auto title = browser->frontWindowTitle();
+    const auto title = browser->frontWindowTitle().value_or("");
+    const auto place = browser->frame();
     const auto program = co_await programOf(browser->processIdentifier());
-    const auto window = program ? co_await frontWindow(*program, title) : std::nullopt;
+    const auto window = program ? co_await frontWindow(*program, title, place) : std::nullopt;
     const auto document = window ? co_await frontDocument(*window) : std::nullopt;
     if (!document)
         co_return std::nullopt;

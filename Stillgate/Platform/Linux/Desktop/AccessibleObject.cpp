@@ -147,6 +147,20 @@ Task<std::string> AccessibleObject::text() const
     co_return isAnswer(answer) ? answer.arguments().constFirst().toString().toStdString() : std::string{};
 }
 
+Task<std::optional<ScreenRectangle>> AccessibleObject::extents() const
+{
+    constexpr uint32_t ofTheScreen = 0;
+    const auto answer = co_await call("org.a11y.atspi.Component", "GetExtents", "(iiii)", {ofTheScreen});
+    if (!isAnswer(answer))
+        co_return std::nullopt;
+    ScreenRectangle place;
+    const auto argument = argumentOf(answer);
+    argument.beginStructure();
+    argument >> place.x >> place.y >> place.width >> place.height;
+    argument.endStructure();
+    co_return place;
+}
+
 Task<std::optional<std::string>> AccessibleObject::documentAddress() const
 {
     const auto answer = co_await call("org.a11y.atspi.Document", "GetAttributes", "a{ss}");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ScreenRectangle.h"
 #include "Platform/Task.h"
 
 #include <QDBusConnection>
@@ -42,6 +43,9 @@ public:
     [[nodiscard]] Task<uint64_t> states() const;
     [[nodiscard]] Task<std::string> name() const;
     [[nodiscard]] Task<std::string> text() const;
+
+    /// Where on the screens it is, in pixels.
+    [[nodiscard]] Task<std::optional<ScreenRectangle>> extents() const;
 
     /// Where a document comes from; nothing for what is none.
     [[nodiscard]] Task<std::optional<std::string>> documentAddress() const;
