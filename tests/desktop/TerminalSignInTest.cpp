@@ -1,6 +1,6 @@
 #include "tests/desktop/ApplicationProcess.h"
 #include "tests/desktop/PrivateWorld.h"
-#include "tests/server/ServerProcess.h"
+#include "tests/desktop/TrustedServer.h"
 #include "tests/support/Browser.h"
 
 #include <gmock/gmock.h>
@@ -17,35 +17,6 @@ namespace
 using testing::HasSubstr;
 
 namespace fs = std::filesystem;
-
-/// The folder of the deployment that the program is built for, if that is one of this machine.
-fs::path deploymentOfTheBuild()
-{
-    const auto folder = fs::path{STILLGATE_DEPLOYMENT}.parent_path();
-    return fs::exists(folder / "authority.key") ? folder : fs::path{};
-}
-
-/// A server with a database of its own, and with the keys that the program trusts.
-class TrustedServer
-{
-public:
-    explicit TrustedServer(const fs::path& deployment)
-    {
-        m_server.kill();
-        for (const auto* name : {"authority.key", "authority.pem", "server.key", "server.pem"})
-            fs::copy_file(deployment / name, m_server.folder() / name, fs::copy_options::overwrite_existing);
-        // The certificate may have run out since then.
-        EXPECT_EQ(QProcess::execute(STILLGATE_SERVER_PROGRAM,
-                      {"renew-certificate", "--folder", QString::fromStdString(m_server.folder())}),
-            0);
-        m_server.restart();
-    }
-
-    [[nodiscard]] const ServerProcess& process() const { return m_server; }
-
-private:
-    ServerProcess m_server;
-};
 
 void approve(const ServerProcess& server, const std::string& page)
 {

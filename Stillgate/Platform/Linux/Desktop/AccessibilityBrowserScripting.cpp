@@ -36,13 +36,21 @@ QDBusPendingCall askLauncher(const char* interface, const char* method, const QV
 
 using Objects = std::vector<AccessibleObject>;
 
-/// Those of this title, to which a browser may add a word of its own ("... (Incognito)").
+/// Those whose name has most in common with the title, from its beginning on: a browser says more here than there
+/// ("... - Network error - ...", "... (Incognito)").
 Task<Objects> windowsTitled(Objects windows, std::string title)
 {
     Objects found;
+    std::ptrdiff_t most = 1;
     for (const auto& window : windows) {
-        if ((co_await window.name()).starts_with(title))
-            found.push_back(window);
+        const auto name = co_await window.name();
+        const auto common = std::ranges::mismatch(name, title).in1 - name.begin();
+        if (common < most)
+            continue;
+        if (common > most)
+            found.clear();
+        most = common;
+        found.push_back(window);
     }
     co_return found;
 }

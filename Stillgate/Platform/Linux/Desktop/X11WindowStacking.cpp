@@ -113,7 +113,7 @@ private:
             return XCB_WINDOW_NONE;
         const auto* windows = xcb_query_tree_children(tree.get());
         for (int i = xcb_query_tree_children_length(tree.get()); i-- > 0;) {
-            if (windows[i] == m_window || isViewable(windows[i]))
+            if (isViewable(windows[i]))
                 return windows[i];
         }
         return XCB_WINDOW_NONE;
