@@ -15,7 +15,6 @@ namespace
 {
 
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr auto blockScreen = "Stillgate";
 constexpr auto terminal = "com.apple.Terminal";

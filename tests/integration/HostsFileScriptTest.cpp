@@ -45,14 +45,18 @@ class HostsFileScript : public testing::Test
 protected:
     bool replace(const std::string& block)
     {
-        return await(ScriptHostsFileWriter{m_hosts, m_files, m_children, m_host}.replaceBlock(block, Permanence::flexible)).has_value();
+        return await(
+            ScriptHostsFileWriter{m_hosts, m_files, m_children, m_host}.replaceBlock(block, Permanence::flexible))
+            .has_value();
     }
 
     /// Writes with a script that gets something else than it should; the outcome is as for `replace`.
     bool replaceTampered(const std::function<void(Command&)>& tamper)
     {
         TamperingChildProcess children{tamper};
-        return await(ScriptHostsFileWriter{m_hosts, m_files, children, m_host}.replaceBlock(m_block, Permanence::flexible)).has_value();
+        return await(
+            ScriptHostsFileWriter{m_hosts, m_files, children, m_host}.replaceBlock(m_block, Permanence::flexible))
+            .has_value();
     }
 
     [[nodiscard]] struct stat status() const
