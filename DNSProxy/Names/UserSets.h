@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Names/DomainSet.h"
+#include "Names/GroupFolder.h"
+#include "Names/StoredSets.h"
+#include "Platform/Log.h"
+
+#include <map>
+
+namespace stillgate::dns
+{
+
+/// The sets of all users, each the last good one, and their union. What is wrong with a user's file changes nothing; a
+/// user whose folder is gone has no set any more.
+///
+/// Memory holds none of the sets: they are where they are stored, but for one that couldn't be stored.
+class UserSets
+{
+public:
+    UserSets(std::filesystem::path group, std::filesystem::path state, Log& log);
+
+    /// Looks at every file that may have changed. True if the union may be another one than before.
+    [[nodiscard]] bool refresh();
+
+    /// The union, as it is since the last refresh().
+    [[nodiscard]] std::unique_ptr<DomainSet> makeUnion() const;
+
+    /// Stores what refresh() has found to be new.
+    void store();
+
+    /// What is wrong with the users' files, one line each; nothing if all are well.
+    [[nodiscard]] std::vector<std::string> faults() const;
+
+    /// The folders in which a change may be one of the sets.
+    [[nodiscard]] std::vector<std::filesystem::path> folders() const;
+
+private:
+    struct User
+    {
+        std::optional<FileStamp> examined; ///< the state of the file that needs no second look
+        std::optional<StoredSet> unstored;
+        std::optional<std::uint64_t> digest; ///< of the last good set; nothing if there is none
+        std::size_t count = 0;               ///< of its names
+        std::string fault;
+        bool canStore = true;
+    };
+
+    bool removeGone(const std::vector<std::string>& present);
+    void addStored();
+    bool refresh(const std::string& name, User& user);
+    bool take(const std::string& name, User& user, HashedNames names, const std::optional<FileStamp>& stamp);
+    void setFault(const std::string& name, User& user, std::string fault);
+
+    GroupFolder m_group;
+    StoredSets m_stored;
+    Log& m_log;
+    std::map<std::string, User> m_users;
+    std::string m_groupFault;
+};
+
+} // namespace stillgate::dns

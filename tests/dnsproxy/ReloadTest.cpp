@@ -1,0 +1,175 @@
+#include "tests/dnsproxy/ProxyProcess.h"
+#include "tests/dnsproxy/TestUpstream.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <sys/stat.h>
+#include <thread>
+
+namespace stillgate
+{
+
+using namespace test;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+std::vector<std::string> manyNames(int first, int count)
+{
+    std::vector<std::string> names{"always.example"};
+    for (int number = first; number < first + count; ++number)
+        names.push_back("n" + std::to_string(number) + ".example");
+    return names;
+}
+
+class Reload : public testing::Test
+{
+protected:
+    void waitForReload(std::uint64_t number)
+    {
+        m_proxy.waitUntil([&] { return m_proxy.count("reloads") >= number; });
+    }
+
+    TestUpstream m_upstream;
+    ProxyProcess m_proxy{{.upstreams = {m_upstream.address()}}};
+};
+
+} // namespace
+
+TEST_F(Reload, swapsWholeSetsWhileEveryQueryIsAnswered)
+{
+    m_proxy.block("1000", manyNames(0, 100'000));
+    m_proxy.start();
+    std::atomic<bool> isOver = false;
+    std::atomic<int> asked = 0;
+    std::atomic<int> wrong = 0;
+    std::thread asking{[&] {
+        const auto socket = connectedSocket(SOCK_DGRAM, m_proxy.port());
+        while (!isOver) {
+            sendBytes(socket.number(), bytesOf({.name = "always.example"}));
+            const auto answer = datagramFrom(socket.number());
+            wrong += answer && Packet::from(*answer).code() == 3 ? 0 : 1;
+            ++asked;
+        }
+    }};
+    for (int reload = 1; reload <= 5; ++reload) {
+        m_proxy.block("1000", manyNames(reload * 1000, 100'000));
+        waitForReload(static_cast<std::uint64_t>(reload));
+        EXPECT_TRUE(m_proxy.isBlocked("n" + std::to_string(reload * 1000) + ".example"));
+        EXPECT_FALSE(m_proxy.isBlocked("n" + std::to_string(reload * 1000 - 1) + ".example"));
+    }
+    isOver = true;
+    asking.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_GT(asked, 100);
+    EXPECT_EQ(m_proxy.count("names"), 100'002U);
+}
+
+TEST_F(Reload, newUsersComeAndGoneOnesLeaveNothing)
+{
+    fs::remove(m_proxy.folder() / "group");
+    m_proxy.start();
+    EXPECT_FALSE(m_proxy.isBlocked("a.example"));
+    fs::create_directory(m_proxy.folder() / "group");
+    fs::create_directory(m_proxy.folder() / "group" / "1000");
+    m_proxy.block("1000", {"a.example"});
+    waitForReload(1);
+    m_proxy.block("1001", {"a.example", "b.example"});
+    waitForReload(2);
+    EXPECT_EQ(m_proxy.status("health"), "ok\n");
+    fs::remove_all(m_proxy.folder() / "group" / "1001");
+    waitForReload(3);
+    EXPECT_TRUE(m_proxy.isBlocked("a.example"));
+    EXPECT_FALSE(m_proxy.isBlocked("b.example"));
+    EXPECT_FALSE(fs::exists(m_proxy.folder() / "state" / "1001.set"));
+    m_proxy.kill();
+    fs::remove_all(m_proxy.folder() / "group");
+    m_proxy.start();
+    EXPECT_FALSE(m_proxy.isBlocked("a.example"));
+    EXPECT_FALSE(fs::exists(m_proxy.folder() / "state" / "1000.set"));
+}
+
+TEST_F(Reload, damagedFilesChangeNothingEvenAfterACrash)
+{
+    m_proxy.block("1000", {"a.example"});
+    m_proxy.start();
+    const auto file = m_proxy.configOf("1000");
+    const auto damaged = [&] {
+        m_proxy.waitUntil([&] { return m_proxy.status("health").starts_with("user 1000: "); });
+    };
+    const auto mend = [&](std::uint64_t reloads) {
+        fs::remove(file);
+        m_proxy.block("1000", {"a.example", "more" + std::to_string(reloads) + ".example"});
+        waitForReload(reloads);
+        EXPECT_EQ(m_proxy.status("health"), "ok\n");
+    };
+    const auto isInForce = [&] {
+        EXPECT_TRUE(m_proxy.isBlocked("www.a.example"));
+        EXPECT_EQ(m_proxy.ask({.name = "open.example"}).code(), 0);
+    };
+
+    m_proxy.putConfig("1000", R"({"domains":["b.exa)");
+    damaged();
+    isInForce();
+    mend(1);
+    fs::remove(file);
+    damaged();
+    isInForce();
+    mend(2);
+    fs::remove(file);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0666), 0);
+    damaged();
+    isInForce();
+    m_proxy.kill();
+    m_proxy.start();
+    damaged();
+    isInForce();
+    EXPECT_TRUE(m_proxy.isBlocked("more2.example"));
+    mend(1);
+    putFile(m_proxy.folder() / "empty.json", R"({"domains":[]})");
+    fs::remove(file);
+    fs::create_symlink(m_proxy.folder() / "empty.json", file);
+    damaged();
+    isInForce();
+    m_proxy.kill();
+    fs::remove(file);
+    m_proxy.start();
+    damaged();
+    isInForce();
+}
+
+TEST_F(Reload, forgetsAnswersThatTheNewSetForbids)
+{
+    m_upstream.answer("alias.example.", {{.name = "alias.example", .type = 5, .data = nameBytes("new.example")}});
+    m_proxy.block("1000", {"a.example"});
+    m_proxy.start();
+    EXPECT_FALSE(m_proxy.isBlocked("alias.example"));
+    m_proxy.block("1000", {"new.example"});
+    waitForReload(1);
+    EXPECT_TRUE(m_proxy.isBlocked("alias.example"));
+}
+
+TEST(Activation, losesNoQueryWhileTheProgramIsStartedAgain)
+{
+    const auto datagrams = boundSocket(SOCK_DGRAM);
+    const auto streams = boundSocket(SOCK_STREAM);
+    ProxyProcess proxy{{.upstreams = {"127.0.0.1:9"}, .inherited = {datagrams.number(), streams.number()}}};
+    proxy.block("1000", {"a.example"});
+    proxy.start();
+    for (int round = 0; round < 3; ++round) {
+        proxy.kill();
+        const auto socket = connectedSocket(SOCK_DGRAM, proxy.port());
+        const auto stream = connectedSocket(SOCK_STREAM, portOf(streams.number()));
+        for (std::uint16_t id = 0; id < 100; ++id)
+            sendBytes(socket.number(), bytesOf({.name = "a.example", .id = id}));
+        sendBytes(stream.number(), streamMessage(bytesOf({.name = "a.example"})));
+        proxy.start();
+        for (std::uint16_t id = 0; id < 100; ++id)
+            EXPECT_EQ(Packet::from(datagramFrom(socket.number()).value()).id, id);
+        EXPECT_TRUE(streamMessageFrom(stream.number()));
+    }
+}
+
+} // namespace stillgate
