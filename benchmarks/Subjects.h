@@ -25,6 +25,10 @@ void registerStartBenchmarks(Report& report);
 /// works with rules: without scripts/private-computer, its rows are skipped.
 void registerDesktopBenchmarks(Report& report);
 
+/// How soon the monitor knows that a site is blocked, and shows that an app is. Opens windows: without
+/// scripts/private-computer, the second row is skipped.
+void registerMonitorBenchmarks(Report& report);
+
 /// The server under the heartbeats of 1,000 devices, beside what it can't do without: commits and handshakes.
 void registerServerBenchmarks(Report& report);
 
