@@ -225,9 +225,8 @@ void AppState::logout()
     m_session.cancel();
     m_heartbeat.stop();
     m_configuration.stop();
-    m_services.monitor.stopMonitoring();
     m_services.tracker.stopTracking();
-    m_services.hostsFile.removeBlocks();
+    m_enforcement.end();
     runDetached(leaveBackend());
 
     currentUser = std::nullopt;

@@ -1,13 +1,11 @@
 #include "Blocking/BlockEnforcement.h"
 
-#include "Models/JSONCoding.h"
-
 namespace stillgate
 {
 
 BlockEnforcement::BlockEnforcement(
     FileManager& files, HostsFileService& hostsFile, DNSProxy& dnsProxy, AppMonitor& monitor)
-    : m_files(files)
+    : m_config(files)
     , m_hostsFile(hostsFile)
     , m_dnsProxy(dnsProxy)
     , m_monitor(monitor)
@@ -19,21 +17,18 @@ void BlockEnforcement::enforce(CompiledBlocks blocks)
     const auto permanence = isPermanent ? Permanence::permanent : Permanence::flexible;
     m_dnsProxy.setPermanence(permanence);
     m_hostsFile.setPermanence(permanence);
-    writeConfig(blocks.dnsProxy);
+    m_config.keep(blocks.dnsProxy);
     if (!blocks.hostsDomains.empty())
         m_hostsFile.applyBlocks(std::move(blocks.hostsDomains));
     m_monitor.setConfiguration(std::move(blocks.monitor));
     m_monitor.updateBudget(blocks.budget);
 }
 
-void BlockEnforcement::writeConfig(const BlockedConfig& config)
+void BlockEnforcement::end()
 {
-    const auto container = m_files.groupContainer();
-    const auto text = JSONEncoder{DateForm::iso8601}.encode(config);
-    if (!container || !text)
-        return;
-    (void)m_files.createDirectory(*container);
-    (void)m_files.write(*container / "blocked-config.json", *text, {.access = WriteOptions::Access::ownerAndGroup});
+    m_config.leave();
+    m_monitor.stopMonitoring();
+    m_hostsFile.removeBlocks();
 }
 
 } // namespace stillgate

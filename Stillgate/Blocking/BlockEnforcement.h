@@ -2,9 +2,9 @@
 
 #include "Blocking/AppMonitor.h"
 #include "Blocking/BlockCompiler.h"
+#include "Blocking/BlockedConfigFile.h"
 #include "Blocking/DNSProxy.h"
 #include "Blocking/HostsFileService.h"
-#include "Platform/FileManager.h"
 
 namespace stillgate
 {
@@ -19,10 +19,11 @@ public:
     /// is: an earlier block stays until sign-out.
     void enforce(CompiledBlocks blocks);
 
-private:
-    void writeConfig(const BlockedConfig& config);
+    /// Nothing is enforced any more but by the DNS proxy, whose end somebody may have to agree to.
+    void end();
 
-    FileManager& m_files;
+private:
+    BlockedConfigFile m_config;
     HostsFileService& m_hostsFile;
     DNSProxy& m_dnsProxy;
     AppMonitor& m_monitor;

@@ -2,6 +2,8 @@
 
 #include "Platform/HostsBlock.h"
 
+#include <algorithm>
+
 namespace stillgate
 {
 
@@ -13,8 +15,10 @@ namespace
 /// A program that changes the file does so in several steps, and somebody who changes it again and again must not keep
 /// this one busy.
 constexpr auto afterAChange = 200ms;
-/// The disk may be full for a while.
-constexpr auto afterARepair = 10s;
+constexpr auto duringAWrite = 1s;
+/// The disk may be full for a while, or a person has to agree first, and may not want to be asked again and again.
+constexpr std::chrono::milliseconds shortestWait = 10s;
+constexpr std::chrono::milliseconds longestWait = 5min;
 
 } // namespace
 
@@ -37,11 +41,23 @@ void HostsFileRepair::lookSoon()
 void HostsFileRepair::look()
 {
     m_nextLook.reset();
+    if (m_hostsFile.isWriting()) {
+        checkAfter(duringAWrite);
+        return;
+    }
     if (m_hostsFile.isIntact())
         return;
     m_log.write("[HostsFile] Somebody has changed the block; writing it again");
+    const bool hasLastOneWorked = m_hostsFile.isActive;
+    m_wait = hasLastOneWorked ? shortestWait : std::clamp(2 * m_wait, shortestWait, longestWait);
     m_hostsFile.repair();
-    m_check = m_scheduler.once(afterARepair, [this] { look(); });
+    checkAfter(m_wait);
+}
+
+/// Whether what is being written has helped.
+void HostsFileRepair::checkAfter(std::chrono::milliseconds time)
+{
+    m_check = m_scheduler.once(time, [this] { look(); });
 }
 
 } // namespace stillgate

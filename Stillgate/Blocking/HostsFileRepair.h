@@ -16,12 +16,14 @@ public:
 private:
     void lookSoon();
     void look();
+    void checkAfter(std::chrono::milliseconds time);
 
     HostsFileService& m_hostsFile;
     Scheduler& m_scheduler;
     Log& m_log;
     std::unique_ptr<Timer> m_nextLook;
-    std::unique_ptr<Timer> m_check; ///< whether a repair has helped
+    std::unique_ptr<Timer> m_check;
+    std::chrono::milliseconds m_wait{0}; ///< from a repair to the look whether it has helped
     std::unique_ptr<Observation> m_changes;
 };
 

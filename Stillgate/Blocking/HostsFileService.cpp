@@ -123,11 +123,16 @@ bool HostsFileService::isIntact() const
 {
     const auto stored = m_defaults.string(hashKey).value_or("");
     const auto wanted = m_wanted.empty() ? domainsIn(stored) : m_wanted;
-    if (m_running || wanted.empty())
+    if (wanted.empty())
         return true;
     const auto text = m_files.read(hostsPath);
     const auto names = text ? intactHostsBlockNames(*text) : std::nullopt;
-    return names && std::ranges::includes(*names, HostNames{wanted}.sorted());
+    if (!names)
+        return false;
+    const HostNames wantedNames{wanted};
+    std::vector<std::string_view> expected(wantedNames.sorted().begin(), wantedNames.sorted().end());
+    std::erase_if(expected, [machine = m_host.name()](auto name) { return isNameOfMachine(name, machine); });
+    return std::ranges::includes(*names, expected);
 }
 
 void HostsFileService::repair()

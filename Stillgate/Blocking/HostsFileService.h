@@ -41,8 +41,10 @@ public:
     /// How the block is to stand from now on. A change is written with the next list, also if its domains are the same.
     void setPermanence(Permanence permanence) { m_permanence = permanence; }
 
-    /// Whether the file has what the list last written stands for; so it is too when nothing is to stand there, or
-    /// while a write runs. Names beyond the list are another account's.
+    [[nodiscard]] bool isWriting() const { return m_running != nullptr; }
+
+    /// Whether the file has what the list last written stands for; so it is too when nothing is to stand there. Names
+    /// beyond the list are another account's.
     [[nodiscard]] bool isIntact() const;
 
     /// Writes the list again that was last written.

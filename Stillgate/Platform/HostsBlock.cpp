@@ -63,12 +63,18 @@ std::string_view nameOfOwnLine(std::string_view line)
         : std::string_view{};
 }
 
-/// Whether a name is this machine's, alone or with a domain behind it. Names have no case; `name` is in lower case.
-bool isOfHost(std::string_view name, std::string_view hostName)
+/// Names have no case; `lower` is in lower case.
+bool isSameName(std::string_view lower, std::string_view name)
 {
     const auto isSame = [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); };
+    return std::ranges::equal(lower, name, isSame);
+}
+
+/// Whether a name is this machine's, alone or with a domain behind it.
+bool isOfHost(std::string_view name, std::string_view hostName)
+{
     const auto rest = name.substr(std::min(hostName.size(), name.size()));
-    return !hostName.empty() && std::ranges::equal(name.substr(0, hostName.size()), hostName, isSame) &&
+    return !hostName.empty() && isSameName(name.substr(0, hostName.size()), hostName) &&
         (rest.empty() || rest.starts_with('.'));
 }
 
@@ -180,6 +186,11 @@ std::optional<std::vector<std::string_view>> intactHostsBlockNames(std::string_v
         names.push_back(name);
     }
     return std::nullopt;
+}
+
+bool isNameOfMachine(std::string_view name, std::string_view hostName)
+{
+    return isSameName(name, hostName) || name == "localhost" || name.ends_with(".localhost");
 }
 
 } // namespace stillgate

@@ -29,4 +29,9 @@ inline constexpr std::string_view hostsMarkerEnd = "# End Stillgate";
 /// block, or more than one, or one that somebody has changed. The views live as long as the text.
 [[nodiscard]] std::optional<std::vector<std::string_view>> intactHostsBlockNames(std::string_view text);
 
+/// Whether a name stands for this machine itself: `hostName`, localhost, or a name below localhost (RFC 6761, section
+/// 6.3). The guard leaves it out of every block. Names below the machine's own are others': it may be called "www".
+/// `name` is in lower case.
+[[nodiscard]] bool isNameOfMachine(std::string_view name, std::string_view hostName);
+
 } // namespace stillgate

@@ -260,9 +260,20 @@ TEST_F(HostsFileRepairs, triesAgainWhenItCouldNot)
     damage(original);
     m_time.advance(1s);
     EXPECT_EQ(hosts(), original);
+    m_time.advance(1h);
+    EXPECT_LT(m_writer.requests.size(), 25U) << "nobody is asked every ten seconds for ever";
     m_writer.isPermitted = true;
-    m_time.advance(10s);
+    m_time.advance(5min);
     EXPECT_EQ(m_service.getBlockedDomains(), m_names);
+}
+
+TEST_F(HostsFileRepairs, nameOfTheMachineIsMissedByNobody)
+{
+    m_service.applyBlocks({"a.example", m_host.name()});
+    auto text = hosts();
+    const auto line = "127.0.0.1 " + m_host.name() + "\n";
+    damage(text.erase(text.find(line), line.size()));
+    EXPECT_TRUE(m_service.isIntact()) << "the guard leaves it out";
 }
 
 TEST_F(HostsFile, anotherPermanenceIsWrittenThoughTheListIsTheSame)

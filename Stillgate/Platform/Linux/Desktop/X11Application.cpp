@@ -18,6 +18,9 @@ constexpr uint32_t iconicState = 3;       // WM_CHANGE_STATE, ICCCM 4.1.4
 constexpr uint32_t sentByThePager = 2;    // source indication, EWMH: the user's own wish
 constexpr uint32_t atAnUnknownMoment = 0; // XCB_CURRENT_TIME
 
+/// A window that comes so soon after its app was hidden was on its way, and goes the way of the others.
+constexpr std::chrono::seconds stillHiding{2};
+
 } // namespace
 
 std::string X11Application::executablePath() const
@@ -28,11 +31,17 @@ std::string X11Application::executablePath() const
 
 void X11Application::hide()
 {
+    m_hiddenAt = std::chrono::steady_clock::now();
     for (const auto& [number, window] : m_windows) {
         if (!window.isIconic)
-            m_connection->askWindowManager(number, m_connection->atoms().changeState, {iconicState});
+            hide(number);
     }
     m_connection->flush();
+}
+
+void X11Application::hide(xcb_window_t window)
+{
+    m_connection->askWindowManager(window, m_connection->atoms().changeState, {iconicState});
 }
 
 void X11Application::terminate()
@@ -82,7 +91,13 @@ void X11Application::putWindow(xcb_window_t number, Window window)
 {
     if (m_windows.empty())
         m_processIdentifier = window.processIdentifier;
+    const bool wasOnItsWay =
+        !m_windows.contains(number) && !window.isIconic && std::chrono::steady_clock::now() - m_hiddenAt < stillHiding;
     m_windows[number] = window;
+    if (wasOnItsWay) {
+        hide(number);
+        m_connection->flush();
+    }
 }
 
 void X11Application::removeWindow(xcb_window_t number)

@@ -3,6 +3,7 @@
 #include "Platform/Linux/Desktop/X11Connection.h"
 #include "Platform/Workspace.h"
 
+#include <chrono>
 #include <map>
 #include <set>
 
@@ -59,6 +60,7 @@ public:
     [[nodiscard]] bool isVisible() const;
 
 private:
+    void hide(xcb_window_t window);
     [[nodiscard]] bool killOwner(xcb_window_t window) const;
 
     std::shared_ptr<X11Connection> m_connection;
@@ -67,6 +69,7 @@ private:
     int m_processIdentifier = 0;
     xcb_window_t m_frontWindow = XCB_WINDOW_NONE; ///< the one that was in front last
     std::map<xcb_window_t, Window> m_windows;
+    std::chrono::steady_clock::time_point m_hiddenAt;
 };
 
 } // namespace stillgate

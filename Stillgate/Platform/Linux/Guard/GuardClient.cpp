@@ -56,7 +56,7 @@ Task<Result<GuardClient::Status>> GuardClient::status()
         co_return std::unexpected{answer.error()};
     if (answer->size() != 3)
         co_return failure(SystemFailure{"ask the guard: an answer that makes no sense"});
-    co_return Status{.isDNSProxyEnabled = answer->at(0).toBool(), .isHostsBlockApplied = answer->at(2).toBool()};
+    co_return Status{.isDNSProxyEnabled = answer->at(0).toBool(), .hasContainer = !answer->at(1).toString().isEmpty()};
 }
 
 Task<Result<void>> GuardClient::replaceHostsBlock(std::string block, Permanence permanence)

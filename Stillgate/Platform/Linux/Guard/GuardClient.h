@@ -22,8 +22,8 @@ public:
 
     struct Status
     {
-        bool isDNSProxyEnabled = false;
-        bool isHostsBlockApplied = false;
+        bool isDNSProxyEnabled = false; ///< it runs, with this user's part
+        bool hasContainer = false;      ///< there is a folder for this user's part
     };
 
     [[nodiscard]] Task<Result<Status>> status();

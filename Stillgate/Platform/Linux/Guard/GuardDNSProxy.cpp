@@ -16,7 +16,8 @@ Task<Result<bool>> GuardDNSProxy::activate(std::string, std::function<void()> ne
     const auto status = co_await m_guard.status();
     if (!status)
         co_return std::unexpected{status.error()};
-    if (status->isDNSProxyEnabled)
+    // Switched on before, for good perhaps: then only enable() says how it is to stand.
+    if (status->isDNSProxyEnabled || status->hasContainer)
         co_return true;
     const auto asking = m_scheduler.once(withoutAskingAnybody, needsUserApproval);
     const auto enabled = co_await m_guard.enableDNSProxy(Permanence::flexible);
