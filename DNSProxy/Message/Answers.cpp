@@ -10,14 +10,14 @@ namespace
 
 constexpr std::uint16_t ownLargest = 1232; // bytes; the "DNS flag day 2020" recommendation
 
-struct Counts
+struct RecordCounts
 {
     std::uint16_t answers = 0;
     std::uint16_t authorities = 0;
 };
 
 /// Header and question. The OPT record that appendEDNS() adds is counted.
-void appendHead(Bytes& out, const Query& query, std::uint16_t flags, Counts counts)
+void appendHead(Bytes& out, const Query& query, std::uint16_t flags, RecordCounts counts)
 {
     const std::uint16_t copied = query.flags & (flag::recursionDesired | flag::checkingDisabled);
     append16(out, query.id);

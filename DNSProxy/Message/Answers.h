@@ -28,6 +28,9 @@ void appendTexts(Bytes& out, const Query& query, const std::vector<std::string>&
 /// To a message that is no query, but has a header.
 void appendFault(Bytes& out, View message, ResponseCode code);
 
+/// The size of the record that appendEDNS() adds, in bytes.
+inline constexpr std::size_t ednsSize = 11;
+
 /// The OPT record of an answer to a query that has one (RFC 6891, 6.1.1), of a resolver that takes what fits into a
 /// frame of any network.
 void appendEDNS(Bytes& out, const Query& query, ResponseCode code = ResponseCode::noError);

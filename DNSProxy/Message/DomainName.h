@@ -31,7 +31,8 @@ public:
 
     [[nodiscard]] View wire() const { return {m_wire.data(), m_size}; }
 
-    [[nodiscard]] bool isRoot() const { return m_size == 1; }
+    /// Whether it is a top-level name, such as "com".
+    [[nodiscard]] bool isSingleLabel() const { return parent(0) + 1 == m_size; }
 
     /// Where the first label of the parent begins; `at` is where one begins that isn't the root's.
     [[nodiscard]] std::size_t parent(std::size_t at) const { return at + m_wire[at] + 1; }

@@ -5,6 +5,9 @@
 namespace stillgate::dns
 {
 
+/// Bytes; over TCP its length is a number of 16 bits (RFC 1035, 4.2.2).
+inline constexpr std::size_t largestMessage = 65'535;
+
 /// The header of a message (RFC 1035, 4.1.1): six numbers of 16 bits.
 struct Header
 {
@@ -66,7 +69,6 @@ namespace recordClass
 
 inline constexpr std::uint16_t internet = 1;
 inline constexpr std::uint16_t chaos = 3;
-inline constexpr std::uint16_t any = 255;
 
 } // namespace recordClass
 

@@ -88,6 +88,23 @@ std::expected<Query, Query::Fault> Query::parse(View message)
     return query;
 }
 
+Bytes Query::withoutOptions() const
+{
+    Bytes bytes{message.begin(), message.begin() + static_cast<std::ptrdiff_t>(question.end)};
+    put16(bytes, Header::answerCount, 0);
+    put16(bytes, Header::authorityCount, 0);
+    put16(bytes, Header::additionalCount, edns ? 1 : 0);
+    if (!edns)
+        return bytes;
+    bytes.push_back(0);
+    append16(bytes, type::opt);
+    append16(bytes, edns->largestAnswer);
+    append16(bytes, edns->version);
+    append16(bytes, edns->wantsDNSSEC ? 0x8000 : 0);
+    append16(bytes, 0);
+    return bytes;
+}
+
 std::size_t Query::largestAnswer() const
 {
     return edns ? std::max<std::size_t>(edns->largestAnswer, plainAnswer) : plainAnswer;

@@ -32,6 +32,9 @@ struct Query
 
     [[nodiscard]] static std::expected<Query, Fault> parse(View message);
 
+    /// The same query without the options of EDNS: what a shared answer is made for.
+    [[nodiscard]] Bytes withoutOptions() const;
+
     /// How large the answer may be over UDP.
     [[nodiscard]] std::size_t largestAnswer() const;
 

@@ -12,6 +12,9 @@ namespace
 
 constexpr std::uint32_t longestLifetime = 3600; // seconds
 
+/// What stays below this can be sent with an OPT record of our own.
+constexpr std::size_t largestShared = largestMessage - ednsSize;
+
 /// One with its highest bit set means none (RFC 2181, 8).
 std::uint32_t secondsOf(std::uint32_t timeToLive)
 {
@@ -68,7 +71,10 @@ bool SharedAnswer::readRecords(View answer, std::size_t questionEnd)
     const bool isFailure = code != ResponseCode::noError && code != ResponseCode::nameError;
     if (isFailure || (saysNothing && !hasZone))
         m_lifetime = 0;
-    m_message.assign(answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(opt ? opt->begin : records.end()));
+    const auto size = opt ? opt->begin : records.end();
+    if (size > largestShared)
+        return false;
+    m_message.assign(answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(size));
     const auto additional = number16(answer, Header::additionalCount);
     put16(m_message, Header::additionalCount, static_cast<std::uint16_t>(additional - (opt ? 1 : 0)));
     return true;

@@ -9,7 +9,7 @@ namespace stillgate::dns
 class SharedAnswer
 {
 public:
-    /// Nothing if there is no telling whose the answer is, or it isn't whole.
+    /// Nothing if there is no telling whose the answer is, it isn't whole, or there is no room left in it.
     [[nodiscard]] static std::optional<SharedAnswer> from(View answer);
 
     /// For how many seconds it holds: by the shortest of its records' times to live (RFC 1035, 3.2.1), and where it

@@ -1,5 +1,7 @@
 #include "Names/BlockedConfigFile.h"
 
+#include "Platform/Text.h"
+
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/src.hpp> // the library itself, which is compiled into this file alone
 #include <cerrno>
@@ -134,8 +136,8 @@ private:
 
     bool add(std::string_view entry, ErrorCode& error)
     {
-        const auto name = DomainName::fromText(entry);
-        if (!name) {
+        const auto name = DomainName::fromText(trimmed(entry));
+        if (!name || name->isSingleLabel()) {
             ++names.skipped;
             return true;
         }

@@ -12,7 +12,7 @@ namespace stillgate::dns
 struct HashedNames
 {
     std::vector<std::uint64_t> hashes;
-    std::size_t skipped = 0; ///< entries that are no domain name
+    std::size_t skipped = 0; ///< entries that are no domain name, or a top-level one: nobody means half of the internet
 };
 
 /// Reads the text of a `blocked-config.json` part by part: an object whose key "domains" has a list of texts. What the
@@ -21,7 +21,7 @@ class BlockedConfigParser
 {
 public:
     /// More names than that are refused: what a user writes takes memory from all.
-    static constexpr std::size_t mostNames = 8'000'000;
+    static constexpr std::size_t mostNames = 2'000'000;
 
     /// `expectedBytes` is about how long the text will be.
     BlockedConfigParser(const NameKey& key, std::size_t expectedBytes);

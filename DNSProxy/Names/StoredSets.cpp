@@ -101,8 +101,9 @@ std::optional<std::uint64_t> countIn(int descriptor)
 
 StoredSets::StoredSets(fs::path folder)
     : m_folder(std::move(folder))
-    , m_key(loadOrMakeKey())
-{}
+{
+    loadKey();
+}
 
 std::vector<std::string> StoredSets::users() const
 {
@@ -130,8 +131,10 @@ std::optional<StoredSet> StoredSets::load(const std::string& user) const
     return set;
 }
 
-Result<void> StoredSets::store(const std::string& user, const StoredSet& set) const
+Result<void> StoredSets::store(const std::string& user, const StoredSet& set)
 {
+    if (const auto kept = keepKey(); !kept)
+        return kept;
     const FileHeader header{
         .source = set.source, .count = set.hashes.size(), .digest = m_key.hash(bytesOf(set.hashes))};
     return replaceFile(fileOf(user), bytesOf(header), bytesOf(set.hashes));
@@ -143,19 +146,33 @@ void StoredSets::remove(const std::string& user) const
     syncFolder(m_folder);
 }
 
-NameKey StoredSets::loadOrMakeKey() const
+void StoredSets::loadKey()
 {
-    const auto path = m_folder / "key";
-    const FileDescriptor file{::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW)};
+    const FileDescriptor file{::open(keyFile().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)};
+    if (!file.isOpen() && errno == ENOENT) {
+        static_cast<void>(keepKey()); // a failure shows with the first set that can't be stored
+        return;
+    }
     NameKey::Value value{};
-    if (file.isOpen() && readAll(file.number(), value.data(), value.size()))
-        return NameKey{value};
-    auto key = NameKey::random();
+    const bool isWhole = file.isOpen() && readAll(file.number(), value.data(), value.size());
+    m_keyFile = isWhole ? KeyFile::kept : KeyFile::damaged;
+    if (isWhole)
+        m_key = NameKey{value};
+}
+
+/// Never in the place of another one: that would make all sets worthless.
+Result<void> StoredSets::keepKey()
+{
+    if (m_keyFile == KeyFile::kept)
+        return {};
+    if (m_keyFile == KeyFile::damaged)
+        return failure(SystemFailure{"use " + keyFile().string(), EBADMSG});
     std::error_code ignored;
     fs::create_directories(m_folder, ignored);
-    // A failure shows with the first set that can't be stored.
-    static_cast<void>(replaceFile(path, key.value(), {}));
-    return key;
+    const auto kept = replaceFile(keyFile(), m_key.value(), {});
+    if (kept)
+        m_keyFile = KeyFile::kept;
+    return kept;
 }
 
 fs::path StoredSets::fileOf(const std::string& user) const

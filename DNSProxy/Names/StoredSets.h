@@ -10,8 +10,8 @@
 namespace stillgate::dns
 {
 
-/// Which file it was and in which state. Its owner can't give it another content and this stamp: the time of change is
-/// the kernel's.
+/// Which file it was and in which state. Its owner can't set the time of change, which is the kernel's. Whoever writes
+/// through a mapping may have it unchanged for some seconds, and gains nothing: what was read stays in force.
 struct FileStamp
 {
     std::uint64_t device = 0;
@@ -37,11 +37,14 @@ struct StoredSet
 class StoredSets
 {
 public:
-    /// Makes the folder and the key if they aren't there. Where that fails, everything but storing works all the same,
-    /// with a key that is forgotten at the end.
+    /// Makes the folder and the key if they aren't there; where that fails, store() tries again. Under a key that is
+    /// there and can't be read nothing is stored, and none of the sets is readable, but nothing is lost either: the
+    /// names are hashed with a key that is forgotten at the end.
     explicit StoredSets(std::filesystem::path folder);
 
     [[nodiscard]] const NameKey& key() const { return m_key; }
+
+    [[nodiscard]] bool isKeyDamaged() const { return m_keyFile == KeyFile::damaged; }
 
     /// The users who have a set, by their folders' names.
     [[nodiscard]] std::vector<std::string> users() const;
@@ -50,16 +53,23 @@ public:
     [[nodiscard]] std::optional<StoredSet> load(const std::string& user) const;
 
     /// On the disk when this returns.
-    [[nodiscard]] Result<void> store(const std::string& user, const StoredSet& set) const;
+    [[nodiscard]] Result<void> store(const std::string& user, const StoredSet& set);
 
     void remove(const std::string& user) const;
 
 private:
-    [[nodiscard]] NameKey loadOrMakeKey() const;
+    enum class KeyFile : std::uint8_t { missing, kept, damaged };
+
+    void loadKey();
+    [[nodiscard]] Result<void> keepKey();
+
+    [[nodiscard]] std::filesystem::path keyFile() const { return m_folder / "key"; }
+
     [[nodiscard]] std::filesystem::path fileOf(const std::string& user) const;
 
     std::filesystem::path m_folder;
-    NameKey m_key;
+    NameKey m_key = NameKey::random();
+    KeyFile m_keyFile = KeyFile::missing;
 };
 
 } // namespace stillgate::dns

@@ -57,19 +57,19 @@ bool UserSets::refresh()
     return hasChanged;
 }
 
-std::unique_ptr<DomainSet> UserSets::makeUnion() const
+std::unique_ptr<DomainSet> UserSets::makeUnion()
 {
-    std::size_t count = 1;
-    for (const auto& [name, user] : m_users)
-        count += user.count;
-    auto names = std::make_unique<DomainSet>(m_stored.key(), count);
-    names->insert(DomainName::fromText(canary).value());
-    for (const auto& [name, user] : m_users) {
-        if (user.unstored)
-            names->insert(user.unstored->hashes);
-        else if (const auto set = m_stored.load(name); set && set->hashes.size() == user.count)
-            names->insert(set->hashes);
+    const auto canaryName = DomainName::fromText(canary).value();
+    auto names = std::make_unique<DomainSet>(m_stored.key(), count() + 1);
+    names->insert(canaryName);
+    for (auto& [name, user] : m_users) {
+        if (insertInto(*names, name, user))
+            continue;
+        names.reset();
+        // Each time one set fewer is read from where it was stored.
+        return recover(name, user) ? makeUnion() : nullptr;
     }
+    m_hasUnion = true;
     return names;
 }
 
@@ -79,12 +79,17 @@ void UserSets::store()
         if (!user.unstored)
             continue;
         const auto stored = m_stored.store(name, *user.unstored);
-        user.canStore = stored.has_value();
+        const bool couldStore = std::exchange(user.canStore, stored.has_value());
         if (stored)
             user.unstored.reset();
-        else
+        else if (couldStore)
             m_log.write("[DNSProxy] The set of user " + name + " isn't kept: " + stored.error().description());
     }
+}
+
+bool UserSets::hasUnstored() const
+{
+    return std::ranges::any_of(m_users, [](const auto& user) { return user.second.unstored.has_value(); });
 }
 
 std::vector<std::string> UserSets::faults() const
@@ -92,9 +97,13 @@ std::vector<std::string> UserSets::faults() const
     std::vector<std::string> faults;
     if (!m_groupFault.empty())
         faults.push_back(m_groupFault);
+    if (m_stored.isKeyDamaged())
+        faults.emplace_back("the key of the stored sets is damaged");
     for (const auto& [name, user] : m_users) {
         if (!user.fault.empty())
             faults.push_back("user " + name + ": " + user.fault);
+        if (user.isLost)
+            faults.push_back("user " + name + ": the stored set is damaged");
         if (!user.canStore)
             faults.push_back("user " + name + ": the set isn't stored");
     }
@@ -124,13 +133,43 @@ bool UserSets::removeGone(const std::vector<std::string>& present)
 void UserSets::addStored()
 {
     for (const auto& name : m_stored.users()) {
+        auto& user = m_users[name];
         if (const auto set = m_stored.load(name))
-            m_users[name] = {.examined = set->source,
+            user = {.examined = set->source,
                 .unstored = {},
                 .digest = digestOf(set->hashes),
                 .count = set->hashes.size(),
                 .fault = {}};
+        else
+            setLost(name, user);
     }
+}
+
+/// False if the set has to be read from where it is stored, and can't be.
+bool UserSets::insertInto(DomainSet& names, const std::string& name, const User& user) const
+{
+    if (user.unstored) {
+        names.insert(user.unstored->hashes);
+        return true;
+    }
+    if (user.count == 0)
+        return true;
+    const auto set = m_stored.load(name);
+    const bool isThere = set && set->hashes.size() == user.count;
+    if (isThere)
+        names.insert(set->hashes);
+    return isThere;
+}
+
+/// The user's own file may still have the set. At the start there is no union in force, and one without the set is
+/// better than none: then it does without.
+bool UserSets::recover(const std::string& name, User& user)
+{
+    setLost(name, user);
+    refresh(name, user);
+    if (user.isLost && !m_hasUnion)
+        user.count = 0;
+    return !user.isLost || !m_hasUnion;
 }
 
 /// True if the user's set is another one now.
@@ -138,15 +177,19 @@ bool UserSets::refresh(const std::string& name, User& user)
 {
     const auto config = m_group.open(name);
     if (!config) {
-        const bool isNewUser = config.error().systemCode() == ENOENT && !user.digest;
+        const bool isNewUser = config.error().systemCode() == ENOENT && !user.digest && !user.isLost;
         setFault(name, user, isNewUser ? "" : config.error().description());
         user.examined.reset();
         return false;
     }
     if (config->stamp == user.examined)
         return false;
-    auto names = readBlockedConfig(config->file.number(), config->stamp.size, m_stored.key());
     user.examined.reset();
+    auto names = readBlockedConfig(config->file.number(), config->stamp.size, m_stored.key());
+    if (names && count() - user.count + names->hashes.size() > mostNames) {
+        setFault(name, user, "no room for more names"); // not examined: others may make room
+        return false;
+    }
     if (isSettled(config->file.number(), config->stamp))
         user.examined = config->stamp;
     setFault(name, user, names ? "" : names.error().description());
@@ -159,6 +202,7 @@ bool UserSets::take(const std::string& name, User& user, HashedNames names, cons
     const bool isSame = std::exchange(user.digest, digest) == digest;
     if (isSame && !stamp)
         return false;
+    user.isLost = false;
     user.count = names.hashes.size();
     user.unstored = {.source = stamp.value_or(FileStamp{}), .hashes = std::move(names.hashes)};
     m_log.write("[DNSProxy] User " + name + ": " + std::to_string(user.count) + " names, " +
@@ -166,10 +210,25 @@ bool UserSets::take(const std::string& name, User& user, HashedNames names, cons
     return !isSame;
 }
 
+std::size_t UserSets::count() const
+{
+    return std::accumulate(m_users.begin(), m_users.end(), std::size_t{0},
+        [](std::size_t sum, const auto& user) { return sum + user.second.count; });
+}
+
+void UserSets::setLost(const std::string& name, User& user)
+{
+    if (!std::exchange(user.isLost, true))
+        m_log.write("[DNSProxy] User " + name + ": the stored set is damaged");
+    user.examined.reset();
+    user.digest.reset(); // whatever the file has is another set
+}
+
 void UserSets::setFault(const std::string& name, User& user, std::string fault)
 {
     if (!fault.empty() && fault != user.fault)
-        m_log.write("[DNSProxy] User " + name + ": " + fault + "; the last good set stays in force");
+        m_log.write(
+            "[DNSProxy] User " + name + ": " + fault + (user.isLost ? "" : "; the last good set stays in force"));
     user.fault = std::move(fault);
 }
 

@@ -13,20 +13,28 @@ namespace stillgate::dns
 /// The sets of all users, each the last good one, and their union. What is wrong with a user's file changes nothing; a
 /// user whose folder is gone has no set any more.
 ///
-/// Memory holds none of the sets: they are where they are stored, but for one that couldn't be stored.
+/// Memory holds none of the sets: they are where they are stored, but for those that couldn't be stored.
 class UserSets
 {
 public:
+    /// All users' together: with the union in force and the next one, some 300 MB. A user for whom there is no room
+    /// keeps the last good set.
+    static constexpr std::size_t mostNames = 4 * BlockedConfigParser::mostNames;
+
     UserSets(std::filesystem::path group, std::filesystem::path state, Log& log);
 
     /// Looks at every file that may have changed. True if the union may be another one than before.
     [[nodiscard]] bool refresh();
 
-    /// The union, as it is since the last refresh().
-    [[nodiscard]] std::unique_ptr<DomainSet> makeUnion() const;
+    /// The union, as it is since the last refresh(). Null if a set that is in force can't be read any more: a union
+    /// without it would open what that user has blocked.
+    [[nodiscard]] std::unique_ptr<DomainSet> makeUnion();
 
     /// Stores what refresh() has found to be new.
     void store();
+
+    /// Whether store() has failed with one of them.
+    [[nodiscard]] bool hasUnstored() const;
 
     /// What is wrong with the users' files, one line each; nothing if all are well.
     [[nodiscard]] std::vector<std::string> faults() const;
@@ -43,12 +51,17 @@ private:
         std::size_t count = 0;               ///< of its names
         std::string fault;
         bool canStore = true;
+        bool isLost = false; ///< the last good set can't be read from where it is stored
     };
 
     bool removeGone(const std::vector<std::string>& present);
     void addStored();
+    bool insertInto(DomainSet& names, const std::string& name, const User& user) const;
+    bool recover(const std::string& name, User& user);
     bool refresh(const std::string& name, User& user);
     bool take(const std::string& name, User& user, HashedNames names, const std::optional<FileStamp>& stamp);
+    [[nodiscard]] std::size_t count() const;
+    void setLost(const std::string& name, User& user);
     void setFault(const std::string& name, User& user, std::string fault);
 
     GroupFolder m_group;
@@ -56,6 +69,7 @@ private:
     Log& m_log;
     std::map<std::string, User> m_users;
     std::string m_groupFault;
+    bool m_hasUnion = false;
 };
 
 } // namespace stillgate::dns

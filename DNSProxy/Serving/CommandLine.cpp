@@ -2,6 +2,8 @@
 
 #include "DNSProxyVersion.h"
 
+#include <algorithm>
+#include <array>
 #include <boost/asio/ip/address.hpp>
 #include <charconv>
 
@@ -60,6 +62,9 @@ std::optional<Endpoint> endpointFrom(std::string_view text, std::optional<std::u
 
 using Fault = std::unexpected<std::string>;
 
+constexpr auto optionsWithValue =
+    std::to_array<std::string_view>({"--listen", "--upstream", "--group", "--state", "--resolv-conf"});
+
 std::optional<Fault> addEndpoint(
     std::vector<Endpoint>& endpoints, std::string_view value, std::optional<std::uint16_t> port)
 {
@@ -70,6 +75,7 @@ std::optional<Fault> addEndpoint(
     return std::nullopt;
 }
 
+/// One of those with a value.
 std::optional<Fault> apply(std::string_view option, std::string_view value, CommandLine& line)
 {
     if (option == "--listen")
@@ -80,10 +86,8 @@ std::optional<Fault> apply(std::string_view option, std::string_view value, Comm
         line.group = value;
     else if (option == "--state")
         line.state = value;
-    else if (option == "--resolv-conf")
-        line.resolvConf = value;
     else
-        return Fault{"There is no option " + std::string{option}};
+        line.resolvConf = value;
     return std::nullopt;
 }
 
@@ -101,11 +105,12 @@ std::expected<CommandLine, std::string> parseCommandLine(
             line.text = option == "--version" ? std::string{"stillgate-dnsproxy "} + version + '\n' : usage;
             return line;
         }
-        const bool hasValue = next + 1 < arguments.size() && *arguments[next + 1] != '\0';
-        if (const auto fault = apply(option, hasValue ? arguments[next + 1] : "", line))
-            return *fault;
-        if (!hasValue)
+        if (std::ranges::find(optionsWithValue, option) == optionsWithValue.end())
+            return Fault{"There is no option " + std::string{option}};
+        if (next + 1 == arguments.size() || *arguments[next + 1] == '\0')
             return Fault{"The value of " + std::string{option} + " is missing"};
+        if (const auto fault = apply(option, arguments[next + 1], line))
+            return *fault;
     }
     return line;
 }

@@ -40,10 +40,10 @@ void Proxy::takeBlocked(BlockedNames names)
 {
     m_status.faults = std::move(names.faults);
     m_status.reloads = names.reloads;
-    if (!names.set) {
+    if (names.isLoadOver)
         ::malloc_trim(0); // of the other thread's heap too: it has just come to rest
+    if (!names.set)
         return;
-    }
     m_handler.setBlocked(std::move(names.set));
     m_log.write("[DNSProxy] " + std::to_string(m_status.names) + " names are blocked");
     if (!std::exchange(m_isAnswering, true))

@@ -12,11 +12,6 @@ namespace stillgate::dns
 namespace
 {
 
-bool isOfInternet(const Question& question)
-{
-    return question.recordClass == recordClass::internet || question.recordClass == recordClass::any;
-}
-
 /// A zone as a whole is none of this program's business, and its answers are many messages.
 bool isTransfer(const Question& question)
 {
@@ -62,7 +57,7 @@ void QueryHandler::answer(const Query& query, const Asker& asker)
         appendEmpty(m_scratch, query, ResponseCode::badVersion);
     } else if (question.recordClass == recordClass::chaos) {
         answerChaos(query, asker);
-    } else if (const auto part = isOfInternet(question) ? m_blocked->blockedPart(question.name) : std::nullopt) {
+    } else if (const auto part = m_blocked->blockedPart(question.name)) {
         ++m_status.counts.blocked;
         appendBlocked(m_scratch, query, *part);
     } else if (isTransfer(question)) {
@@ -103,7 +98,7 @@ void QueryHandler::answerFromElsewhere(const Query& query, const Asker& asker)
     }
 }
 
-void QueryHandler::takeAnswer(View answer, std::span<const WaitingAsker> askers)
+void QueryHandler::takeAnswer(View answer, std::span<const WaitingAsker> askers, bool isCurrent)
 {
     const auto first = Query::parse(askers.front().query).value();
     if (isBlockedNow(answer, first.question)) {
@@ -118,10 +113,10 @@ void QueryHandler::takeAnswer(View answer, std::span<const WaitingAsker> askers)
         if (shared)
             shared->appendTo(m_scratch, query, 0);
         else
-            appendOwn(answer, query);
+            appendTruncated(m_scratch, query, answer); // over TCP everybody gets an answer of their own
     });
     answerAll(askers.first(1), [&](const Query& query) { appendOwn(answer, query); });
-    if (shared)
+    if (shared && isCurrent)
         m_cache.store(first, keyOf(first), std::move(*shared), std::chrono::steady_clock::now());
 }
 
@@ -145,8 +140,7 @@ void QueryHandler::answerAll(std::span<const WaitingAsker> askers, Append append
 /// By the names of now: they may be others than when the query came.
 bool QueryHandler::isBlockedNow(View answer, const Question& question) const
 {
-    return isOfInternet(question) &&
-        (m_blocked->blockedPart(question.name) || leadsIntoBlocked(answer, question.end, *m_blocked));
+    return m_blocked->blockedPart(question.name) || leadsIntoBlocked(answer, question.end, *m_blocked);
 }
 
 /// The upstream's answer, but for the ID, in the asker's own letters.

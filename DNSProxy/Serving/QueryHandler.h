@@ -29,7 +29,7 @@ public:
     /// Answers by the asker's sink, now or later. False if there will be no answer.
     bool take(View message, const Asker& asker);
 
-    void takeAnswer(View answer, std::span<const WaitingAsker> askers) override;
+    void takeAnswer(View answer, std::span<const WaitingAsker> askers, bool isCurrent) override;
     void takeFailure(std::span<const WaitingAsker> askers) override;
 
 private:

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr std::chrono::seconds longestStep{10};
-constexpr std::size_t mostUnanswered = 16;
+constexpr std::size_t mostUnanswered = 4;  // only those that are forwarded wait: an upstream has a connection for each
 constexpr std::size_t mostUnsent = 65'536; // bytes
 
 } // namespace
@@ -31,17 +31,18 @@ void TCPConnection::send(View answer, const Endpoint&)
 
 void TCPConnection::takeMessage(View message)
 {
+    m_lastMessage = std::chrono::steady_clock::now();
     ++m_unanswered;
     if (m_handler.take(message, {.sink = shared_from_this(), .address = m_peer, .isStream = true}))
         readOrWait();
     else
-        end();
+        close();
 }
 
 void TCPConnection::takeSent()
 {
     if (m_isLastRead && m_unanswered == 0)
-        end();
+        close();
     else
         readOrWait();
 }
@@ -51,7 +52,7 @@ void TCPConnection::takeEnd(bool canSend)
 {
     m_isLastRead = true;
     if (!canSend || (m_unanswered == 0 && m_stream.unsent() == 0))
-        end();
+        close();
 }
 
 void TCPConnection::readOrWait()
@@ -61,7 +62,7 @@ void TCPConnection::readOrWait()
         m_stream.setReading(!isFull);
 }
 
-void TCPConnection::end()
+void TCPConnection::close()
 {
     m_stream.close();
     m_ended();

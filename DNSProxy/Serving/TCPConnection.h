@@ -19,16 +19,21 @@ public:
 
     void send(View answer, const Endpoint& receiver) override;
 
+    void close();
+
+    /// When the last message came, or else the connection.
+    [[nodiscard]] std::chrono::steady_clock::time_point lastMessage() const { return m_lastMessage; }
+
 private:
     void takeMessage(View message) override;
     void takeSent() override;
     void takeEnd(bool canSend) override;
     void readOrWait();
-    void end();
 
     Endpoint m_peer;
     QueryHandler& m_handler;
     std::function<void()> m_ended;
+    std::chrono::steady_clock::time_point m_lastMessage = std::chrono::steady_clock::now();
     std::size_t m_unanswered = 0;
     bool m_isLastRead = false;
     bool m_isWaiting = false;

@@ -1,5 +1,6 @@
 #include "Serving/TCPListener.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <netinet/tcp.h>
 #include <sys/epoll.h>
@@ -26,8 +27,9 @@ void TCPListener::accept()
     FileDescriptor socket{::accept4(m_socket.number(), peer.data(), &size, SOCK_NONBLOCK | SOCK_CLOEXEC)};
     if (socket.isOpen()) {
         peer.resize(size);
-        if (m_connections.size() < mostConnections)
-            add(std::move(socket), peer);
+        if (m_connections.size() >= mostConnections)
+            closeMostIdle();
+        add(std::move(socket), peer);
         return;
     }
     // Somebody has to close one first; until then the next one would be told of without end.
@@ -35,6 +37,13 @@ void TCPListener::accept()
         m_loop.change(m_number, 0);
         m_pause.start(std::chrono::milliseconds{100});
     }
+}
+
+void TCPListener::closeMostIdle()
+{
+    const auto idle = m_connections.extract(
+        std::ranges::min_element(m_connections, {}, [](const auto& connection) { return connection->lastMessage(); }));
+    idle.value()->close();
 }
 
 void TCPListener::add(FileDescriptor socket, const Endpoint& peer)

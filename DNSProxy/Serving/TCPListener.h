@@ -11,7 +11,8 @@ namespace stillgate::dns
 class TCPListener
 {
 public:
-    static constexpr std::size_t mostConnections = 256; ///< a further one is closed at once
+    /// THREAT: one user may open so many. A further one takes the place of the one that has been idle longest.
+    static constexpr std::size_t mostConnections = 256;
 
     TCPListener(EventLoop& loop, FileDescriptor socket, QueryHandler& handler);
 
@@ -19,6 +20,7 @@ public:
 
 private:
     void accept();
+    void closeMostIdle();
     void add(FileDescriptor socket, const Endpoint& peer);
 
     EventLoop& m_loop;

@@ -46,9 +46,9 @@ void DatagramBatch::add(View bytes, const Endpoint& receiver)
     append(m_bytes, bytes);
 }
 
-std::vector<std::size_t> DatagramBatch::send(int socket)
+std::vector<DatagramBatch::Unsent> DatagramBatch::send(int socket)
 {
-    std::vector<std::size_t> unsent;
+    std::vector<Unsent> unsent;
     describe();
     for (std::size_t next = 0; next < m_headers.size();) {
         const auto left = static_cast<unsigned>(m_headers.size() - next);
@@ -56,7 +56,7 @@ std::vector<std::size_t> DatagramBatch::send(int socket)
         if (sent < 0 && errno == EINTR)
             continue;
         if (sent <= 0)
-            unsent.push_back(next);
+            unsent.push_back({.place = next, .code = errno});
         next += static_cast<std::size_t>(std::max(sent, 1));
     }
     m_datagrams.clear();

@@ -46,8 +46,14 @@ public:
 
     [[nodiscard]] std::size_t size() const { return m_datagrams.size(); }
 
-    /// Sends all and forgets them. Gives the places, in the order of add(), of those that couldn't be sent.
-    std::vector<std::size_t> send(int socket);
+    struct Unsent
+    {
+        std::size_t place; ///< in the order of add()
+        int code;          ///< errno
+    };
+
+    /// Sends all and forgets them. Gives those that couldn't be sent.
+    std::vector<Unsent> send(int socket);
 
 private:
     struct Datagram

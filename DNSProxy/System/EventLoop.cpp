@@ -11,10 +11,10 @@
 namespace stillgate::dns
 {
 
-using Clock = std::chrono::steady_clock;
-
 namespace
 {
+
+using Clock = std::chrono::steady_clock;
 
 FileDescriptor terminationSignals()
 {

@@ -1,5 +1,7 @@
 #include "System/MessageStream.h"
 
+#include "Message/Header.h"
+
 #include <array>
 #include <cerrno>
 #include <sys/epoll.h>
@@ -42,6 +44,10 @@ void MessageStream::send(View message)
 {
     if (!isOpen())
         return;
+    if (message.size() > largestMessage) {
+        end(false);
+        return;
+    }
     append16(m_out, static_cast<std::uint16_t>(message.size()));
     append(m_out, message);
     updateEvents(); // it goes out when the socket has room: mostly at once, and what comes till then goes with it

@@ -34,6 +34,7 @@ public:
 
     MessageStream(MessageStream&&) = delete;
 
+    /// What is larger than its length can tell is the end of the stream.
     void send(View message);
 
     /// Reads on, or lets what comes wait.

@@ -24,7 +24,7 @@ struct Asker
     bool isStream = false; ///< TCP: an answer of any size goes through
 };
 
-/// An asker whose query is on its way to an upstream, with the query.
+/// An asker whose query is on its way to an upstream, with the query, or a bare form of it where it isn't the one sent.
 struct WaitingAsker
 {
     Asker asker;
@@ -37,8 +37,9 @@ class ForwardedQueries
 public:
     virtual ~ForwardedQueries() = default;
 
-    /// An answer to all of them, who asked the same; the first one's query is the one that was sent.
-    virtual void takeAnswer(View answer, std::span<const WaitingAsker> askers) = 0;
+    /// An answer to all of them, who asked the same; the first one's query is the one that was sent. `isCurrent` unless
+    /// other upstreams are in use by now.
+    virtual void takeAnswer(View answer, std::span<const WaitingAsker> askers, bool isCurrent) = 0;
 
     virtual void takeFailure(std::span<const WaitingAsker> askers) = 0;
 };

@@ -17,7 +17,7 @@ class TCPForwarder
 public:
     static constexpr std::size_t mostFlights = 256; ///< a further one fails at once
 
-    TCPForwarder(EventLoop& loop, Upstreams& upstreams, ForwardedQueries& queries);
+    TCPForwarder(EventLoop& loop, const Upstreams& upstreams, ForwardedQueries& queries);
     ~TCPForwarder();
 
     void forward(const Query& query, const Asker& asker);
@@ -28,7 +28,7 @@ private:
     void remove(Flight& flight);
 
     EventLoop& m_loop;
-    Upstreams& m_upstreams;
+    const Upstreams& m_upstreams;
     ForwardedQueries& m_queries;
     std::list<Flight> m_flights;
 };

@@ -1,5 +1,7 @@
 #include "Upstream/UDPForwarder.h"
 
+#include "Upstream/UpstreamAnswers.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -20,11 +22,16 @@ constexpr auto tickTime = 100ms;
 constexpr std::size_t answersAtOnce = 32;
 constexpr std::size_t largestDatagram = 65'535;
 
-bool isAnswerTo(const Question& question, View answer)
+/// Over one socket: what its buffer has room for, and few enough that an upstream's answers fit into it as well.
+constexpr std::size_t queriesAtOnce = 64;
+
+/// In bytes. A failure with an explanation (RFC 8914) is smaller, and nobody's answer is kept that is large.
+constexpr std::size_t largestPoorAnswer = 1232;
+
+/// This machine's own limits say nothing about an upstream.
+bool isOwnLimit(int code)
 {
-    constexpr std::uint16_t kind = flag::response | flag::opcode;
-    const auto answered = Question::of(answer);
-    return answered && answered->isSame(question) && (number16(answer, Header::flags) & kind) == flag::response;
+    return code == EAGAIN || code == ENOBUFS || code == ENOMEM;
 }
 
 } // namespace
@@ -41,22 +48,23 @@ UDPForwarder::UDPForwarder(EventLoop& loop, Upstreams& upstreams, ForwardedQueri
 
 void UDPForwarder::forward(const Query& query, std::uint64_t key, const Asker& asker)
 {
+    if (m_askers >= mostAskers)
+        fail(m_flights.begin());
+    ++m_askers;
     if (query.isShareable() && join(query, key, asker))
         return;
-    if (m_flights.size() >= mostFlights)
-        fail(m_flights.begin());
     const auto now = Clock::now();
     m_flights.push_back({.question = query.question,
         .key = {},
         .askers = {{.asker = asker, .query = {query.message.begin(), query.message.end()}}},
         .attempts = {},
+        .poorAnswer = {},
+        .generation = m_upstreams.generation(),
         .begun = now,
         .nextAttempt = now + attemptTime});
     const auto flight = std::prev(m_flights.end());
-    if (query.isShareable()) {
+    if (query.isShareable() && m_byKey.try_emplace(key, flight).second)
         flight->key = key;
-        m_byKey.emplace(key, flight);
-    }
     m_unsent.push_back(flight);
     if (!m_ticks.isRunning())
         m_ticks.start(tickTime);
@@ -65,16 +73,17 @@ void UDPForwarder::forward(const Query& query, std::uint64_t key, const Asker& a
 /// Asking twice at once would double the chance of a forged answer (RFC 5452, 5).
 bool UDPForwarder::join(const Query& query, std::uint64_t key, const Asker& asker)
 {
-    constexpr std::size_t mostAskers = 64;
-    const auto [begin, end] = m_byKey.equal_range(key);
-    for (auto found = begin; found != end; ++found) {
-        auto& flight = *found->second;
-        if (!flight.question.isSame(query.question) || flight.askers.size() >= mostAskers)
-            continue;
-        flight.askers.push_back({.asker = asker, .query = {query.message.begin(), query.message.end()}});
-        return true;
+    constexpr std::size_t mostTogether = 64;
+    const auto found = m_byKey.find(key);
+    if (found == m_byKey.end() || !found->second->question.isSame(query.question))
+        return false;
+    auto& flight = *found->second;
+    flight.askers.push_back({.asker = asker, .query = query.withoutOptions()});
+    if (flight.askers.size() == mostTogether) {
+        m_byKey.erase(found);
+        flight.key.reset();
     }
-    return false;
+    return true;
 }
 
 void UDPForwarder::flush()
@@ -86,8 +95,11 @@ void UDPForwarder::flush()
 void UDPForwarder::renewSockets()
 {
     m_sockets.renewAll();
-    for (auto& flight : m_flights)
+    m_byKey.clear(); // who asks from now on asks the new ones
+    for (auto& flight : m_flights) {
+        flight.key.reset();
         flight.tried = 0;
+    }
 }
 
 /// Once more, and not twice if two of its attempts have ended.
@@ -112,35 +124,47 @@ void UDPForwarder::send(std::vector<Each> flights)
         }
         flights.clear();
         for (std::size_t upstream = 0; upstream < byUpstream.size(); ++upstream) {
-            const auto unsent = sendTo(upstream, std::exchange(byUpstream.at(upstream), {}));
-            flights.insert(flights.end(), unsent.begin(), unsent.end());
+            const auto all = std::exchange(byUpstream.at(upstream), {});
+            for (std::size_t begin = 0; begin < all.size(); begin += queriesAtOnce)
+                sendTo(upstream, std::span{all}.subspan(begin, std::min(queriesAtOnce, all.size() - begin)), flights);
         }
     }
 }
 
-/// Gives those that couldn't be sent.
-std::vector<UDPForwarder::Each> UDPForwarder::sendTo(std::size_t upstream, const std::vector<Each>& flights)
+/// Over one socket. Those go to `unsent` that have to try another upstream; where it is for want of room on this
+/// machine, they wait for their next attempt.
+void UDPForwarder::sendTo(std::size_t upstream, std::span<const Each> flights, std::vector<Each>& unsent)
 {
-    if (flights.empty())
-        return {};
+    const auto bit = static_cast<Upstreams::Tried>(1U << upstream);
     const auto now = Clock::now();
     const auto endpoint = m_upstreams.endpoint(upstream);
     for (const auto flight : flights)
-        flight->tried |= static_cast<Upstreams::Tried>(1U << upstream);
+        flight->tried |= bit;
     const auto socket = m_sockets.any(endpoint, now, m_random);
     if (!socket) {
         m_upstreams.noteFailure(endpoint, now);
-        return flights;
+        unsent.insert(unsent.end(), flights.begin(), flights.end());
+        return;
     }
+    const auto putOff = [bit](Each flight) { flight->tried &= static_cast<Upstreams::Tried>(~bit); };
     std::vector<Each> sent;
-    std::vector<Each> unsent;
-    for (const auto flight : flights)
-        (addTo(m_batch, socket, flight) ? sent : unsent).push_back(flight);
-    for (const auto index : m_batch.send(socket->descriptor())) {
-        m_upstreams.noteFailure(endpoint, now);
-        unsent.push_back(sent[index]);
+    for (const auto flight : flights) {
+        if (addTo(m_batch, socket, flight))
+            sent.push_back(flight);
+        else
+            putOff(flight);
     }
-    return unsent;
+    for (const auto& [place, code] : m_batch.send(socket->descriptor())) {
+        const auto flight = sent[place];
+        if (isOwnLimit(code)) {
+            putOff(flight);
+            socket->removeQuery(flight->attempts.back().id);
+            flight->attempts.pop_back();
+        } else {
+            m_upstreams.noteFailure(endpoint, now);
+            unsent.push_back(flight);
+        }
+    }
 }
 
 bool UDPForwarder::addTo(DatagramBatch& batch, const std::shared_ptr<UpstreamSocket>& socket, Each flight)
@@ -179,23 +203,24 @@ void UDPForwarder::takeAnswer(UpstreamSocket& socket, View answer)
     if (!flight || !isAnswerTo((*flight)->question, answer))
         return;
     m_upstreams.noteAnswer(socket.upstream());
-    if (isAskedElsewhere(*flight, answer))
-        return;
-    const auto askers = std::move((*flight)->askers);
-    remove(*flight);
-    m_queries.takeAnswer(answer, askers);
+    if (!isAskedElsewhere(*flight, answer))
+        deliver(*flight, answer);
 }
 
 /// An upstream that can't or won't say may not be the only one.
 bool UDPForwarder::isAskedElsewhere(Each flight, View answer)
 {
-    const auto code = static_cast<ResponseCode>(number16(answer, Header::flags) & flag::responseCode);
-    const bool saysNothing =
-        code == ResponseCode::serverFailure || code == ResponseCode::refused || code == ResponseCode::notImplemented;
-    if (!saysNothing || !m_upstreams.choose(flight->tried, Clock::now()))
+    if (!saysNothing(answer) || hasTriedAll(flight, Clock::now()))
         return false;
+    if (answer.size() <= largestPoorAnswer)
+        flight->poorAnswer.assign(answer.begin(), answer.end());
     sendSoon(flight);
     return true;
+}
+
+bool UDPForwarder::hasTriedAll(Each flight, SteadyTime now) const
+{
+    return !m_upstreams.choose(flight->tried, now);
 }
 
 /// Its queries go to other upstreams at once; where there is none, they wait for their next attempt.
@@ -205,28 +230,50 @@ void UDPForwarder::leave(UpstreamSocket& socket)
     m_upstreams.noteFailure(socket.upstream(), now);
     m_sockets.renew(socket.upstream());
     for (const auto flight : socket.queries()) {
-        if (m_upstreams.choose(flight->tried, now))
+        if (!hasTriedAll(flight, now))
             sendSoon(flight);
     }
 }
 
-void UDPForwarder::remove(Each flight)
+/// Gives those who wait for its answer.
+std::vector<WaitingAsker> UDPForwarder::remove(Each flight)
 {
     for (const auto& attempt : flight->attempts)
         attempt.socket->removeQuery(attempt.id);
-    if (flight->key) {
-        const auto [begin, end] = m_byKey.equal_range(*flight->key);
-        m_byKey.erase(std::find_if(begin, end, [&](const auto& entry) { return entry.second == flight; }));
-    }
+    if (flight->key)
+        m_byKey.erase(*flight->key);
     std::erase(m_unsent, flight);
+    auto askers = std::move(flight->askers);
+    m_askers -= askers.size();
     m_flights.erase(flight);
+    return askers;
 }
 
+void UDPForwarder::deliver(Each flight, View answer)
+{
+    const bool isCurrent = flight->generation == m_upstreams.generation();
+    const auto askers = remove(flight);
+    m_queries.takeAnswer(answer, askers, isCurrent);
+}
+
+/// With the answer of an upstream that says nothing, if one has come.
 void UDPForwarder::fail(Each flight)
 {
-    const auto askers = std::move(flight->askers);
-    remove(flight);
-    m_queries.takeFailure(askers);
+    const auto poorAnswer = std::move(flight->poorAnswer);
+    if (poorAnswer.empty())
+        m_queries.takeFailure(remove(flight));
+    else
+        deliver(flight, poorAnswer);
+}
+
+/// Of the upstream that was asked last.
+void UDPForwarder::noteSilence(const Flight& flight, SteadyTime now)
+{
+    if (flight.attempts.empty())
+        return;
+    const auto& upstream = flight.attempts.back().socket->upstream();
+    m_upstreams.noteFailure(upstream, now);
+    m_sockets.renew(upstream);
 }
 
 void UDPForwarder::tick()
@@ -235,15 +282,13 @@ void UDPForwarder::tick()
     std::vector<Each> again;
     while (!m_flights.empty() && m_flights.front().nextAttempt <= now) {
         const auto flight = m_flights.begin();
-        if (now - flight->begun >= totalTime) {
+        noteSilence(*flight, now);
+        const bool isTriedOut = hasTriedAll(flight, now);
+        if (now - flight->begun >= totalTime || (isTriedOut && !flight->poorAnswer.empty())) {
             fail(flight);
             continue;
         }
-        if (!flight->attempts.empty()) {
-            m_upstreams.noteFailure(flight->attempts.back().socket->upstream(), now);
-            m_sockets.renew(flight->attempts.back().socket->upstream());
-        }
-        if (!m_upstreams.choose(flight->tried, now))
+        if (isTriedOut)
             flight->tried = 0;
         flight->nextAttempt = now + attemptTime;
         m_flights.splice(m_flights.end(), m_flights, flight);

@@ -20,7 +20,9 @@ struct Flight
     std::optional<std::uint64_t> key; ///< of what is asked; nothing if nobody else may join
     std::vector<WaitingAsker> askers; ///< never empty; the first one's query is sent
     std::vector<Attempt> attempts;    ///< an answer to an early one still counts
+    Bytes poorAnswer;                 ///< of an upstream that says nothing; good enough if no other one answers
     Upstreams::Tried tried = 0;
+    std::uint64_t generation = 0; ///< of the upstreams, when it began
     SteadyTime begun;
     SteadyTime nextAttempt;
 };
@@ -32,7 +34,8 @@ struct Flight
 class UDPForwarder
 {
 public:
-    static constexpr std::size_t mostFlights = 10'000; ///< beyond, the one that waits longest fails
+    /// THREAT: whoever asks without end takes memory and IDs from all. Beyond, those fail who wait longest.
+    static constexpr std::size_t mostAskers = 10'000;
 
     UDPForwarder(EventLoop& loop, Upstreams& upstreams, ForwardedQueries& queries);
 
@@ -40,7 +43,7 @@ public:
     /// by chance.
     void forward(const Query& query, std::uint64_t key, const Asker& asker);
 
-    /// Sends what has gathered, over one socket.
+    /// Sends what has gathered, many queries over one socket.
     void flush();
 
     /// After the list of upstreams has changed. What is under way goes to the new ones with its next attempt.
@@ -53,14 +56,17 @@ private:
     bool join(const Query& query, std::uint64_t key, const Asker& asker);
     void sendSoon(Each flight);
     void send(std::vector<Each> flights);
-    [[nodiscard]] std::vector<Each> sendTo(std::size_t upstream, const std::vector<Each>& flights);
+    void sendTo(std::size_t upstream, std::span<const Each> flights, std::vector<Each>& unsent);
     [[nodiscard]] bool addTo(DatagramBatch& batch, const std::shared_ptr<UpstreamSocket>& socket, Each flight);
     void receive(const std::weak_ptr<UpstreamSocket>& socket);
     void takeAnswer(UpstreamSocket& socket, View answer);
     [[nodiscard]] bool isAskedElsewhere(Each flight, View answer);
     void leave(UpstreamSocket& socket);
-    void remove(Each flight);
+    [[nodiscard]] bool hasTriedAll(Each flight, SteadyTime now) const;
+    [[nodiscard]] std::vector<WaitingAsker> remove(Each flight);
+    void deliver(Each flight, View answer);
     void fail(Each flight);
+    void noteSilence(const Flight& flight, SteadyTime now);
     void tick();
 
     Upstreams& m_upstreams;
@@ -68,8 +74,9 @@ private:
     RandomNumbers m_random;
     ReceivedDatagrams m_received;
     DatagramBatch m_batch;
-    Flights m_flights; ///< by their next attempts
-    std::unordered_multimap<std::uint64_t, Each> m_byKey;
+    Flights m_flights;                               ///< by their next attempts
+    std::unordered_map<std::uint64_t, Each> m_byKey; ///< those that more askers may join
+    std::size_t m_askers = 0;                        ///< of all flights
     std::vector<Each> m_unsent;
     UpstreamSockets m_sockets; ///< behind the flights: these end first
     Timer m_ticks;

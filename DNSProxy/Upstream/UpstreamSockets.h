@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] const Endpoint& upstream() const { return m_upstream; }
 
-    /// Too long or too often in use for nobody to guess its port.
+    /// In use for so long or so often that somebody may have learnt its port.
     [[nodiscard]] bool isWorn(SteadyTime now) const;
 
     /// From now on `receive` is called when an answer comes.

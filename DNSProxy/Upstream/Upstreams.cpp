@@ -7,6 +7,7 @@ namespace stillgate::dns
 
 void Upstreams::replace(std::vector<Endpoint> endpoints)
 {
+    ++m_generation;
     m_upstreams.clear();
     for (const auto& endpoint : endpoints) {
         if (m_upstreams.size() < most)

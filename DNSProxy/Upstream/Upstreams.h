@@ -21,9 +21,8 @@ public:
 
     void replace(std::vector<Endpoint> endpoints);
 
-    [[nodiscard]] bool isEmpty() const { return m_upstreams.empty(); }
-
-    [[nodiscard]] std::size_t count() const { return m_upstreams.size(); }
+    /// Another number after every replace(): places in the list and answers of before mean nothing any more.
+    [[nodiscard]] std::uint64_t generation() const { return m_generation; }
 
     [[nodiscard]] const Endpoint& endpoint(std::size_t index) const { return m_upstreams[index].endpoint; }
 
@@ -44,6 +43,7 @@ private:
     Upstream* find(const Endpoint& endpoint);
 
     std::vector<Upstream> m_upstreams;
+    std::uint64_t m_generation = 0;
 };
 
 } // namespace stillgate::dns

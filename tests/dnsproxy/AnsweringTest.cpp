@@ -10,6 +10,7 @@ namespace stillgate
 {
 
 using namespace test;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -55,14 +56,14 @@ TEST_F(Answering, blockedNamesDoNotExistWhateverIsAsked)
     EXPECT_TRUE(m_upstream.senders().empty()) << "nobody else is asked";
     EXPECT_EQ(m_proxy.ask({.name = "www.blocked.example"}).find(6)->name, "blocked.example.");
     EXPECT_EQ(m_proxy.ask({.name = "blocked.example", .flags = 0x0010}).flags, 0x8093) << "RD and CD are copied";
-    EXPECT_EQ(m_proxy.ask({.name = "blocked.example", .recordClass = 255}).code(), nameError);
+    for (const std::uint16_t recordClass : {0, 2, 4, 254, 255})
+        EXPECT_EQ(m_proxy.ask({.name = "blocked.example", .recordClass = recordClass}).code(), nameError);
 }
 
 TEST_F(Answering, otherNamesAreNotBlocked)
 {
     for (const auto* name : {"example", "notblocked.example", "blocked.example.com", "deep.example", "7.deep.example"})
         EXPECT_EQ(m_proxy.ask({.name = name}).code(), 0) << name;
-    EXPECT_EQ(m_proxy.ask({.name = "blocked.example", .recordClass = 4}).code(), 0) << "another class";
 }
 
 TEST_F(Answering, extendedQueriesGetExtendedAnswers)
@@ -111,10 +112,11 @@ TEST_F(Answering, slowStreamsAreClosedAndHoldUpNobody)
         slow.push_back(connectedSocket(SOCK_STREAM, m_proxy.port()));
         ::send(slow.back().number(), "\0", 1, MSG_NOSIGNAL);
     }
-    EXPECT_TRUE(m_proxy.isBlocked("blocked.example"));
-    EXPECT_EQ(streamMessageFrom(slow.back().number()), std::nullopt) << "one too many";
-    EXPECT_EQ(streamMessageFrom(slow.front().number()), std::nullopt) << "too slow";
-    EXPECT_EQ(m_proxy.askByStream({.name = "blocked.example"}).code(), nameError) << "room again";
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(m_proxy.askByStream({.name = "blocked.example"}).code(), nameError);
+    EXPECT_EQ(streamMessageFrom(slow.front().number()), std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "the one that was idle longest has made room";
+    EXPECT_EQ(streamMessageFrom(slow.back().number()), std::nullopt) << "too slow";
 }
 
 TEST_F(Answering, rubbishIsMetWithAnErrorOrSilence)

@@ -9,16 +9,27 @@ namespace stillgate
 {
 
 using namespace test;
+using namespace std::chrono_literals;
 
 namespace
 {
 
 constexpr int serverFailure = 2;
 constexpr int nameError = 3;
+constexpr int refused = 5;
 
 TestUpstream::Behaviour silence()
 {
     return [](const Bytes&, bool) { return std::vector<Bytes>{}; };
+}
+
+Bytes paddingOf(std::uint16_t size)
+{
+    Bytes option;
+    dns::append16(option, 12);
+    dns::append16(option, size);
+    option.resize(option.size() + size);
+    return option;
 }
 
 class Forwarding : public testing::Test
@@ -114,16 +125,34 @@ TEST_F(Forwarding, sameQuestionsUnderWayAreAskedOnce)
         return std::vector<Bytes>{answerTo(query, {{.name = "open.example", .ttl = 0}})};
     });
     const auto socket = connectedSocket(SOCK_DGRAM, m_proxy.port());
-    for (std::uint16_t id = 1; id <= 20; ++id)
+    for (std::uint16_t id = 1; id <= 100; ++id)
         sendBytes(socket.number(), bytesOf({.name = id % 2 == 0 ? "open.example" : "Open.eXample", .id = id}));
-    m_proxy.waitUntil([&] { return m_proxy.count("forwarded") == 20; });
+    m_proxy.waitUntil([&] { return m_proxy.count("forwarded") == 100; });
     gate.unlock();
-    for (int left = 20; left > 0; --left) {
+    for (int left = 100; left > 0; --left) {
         const auto packet = Packet::from(datagramFrom(socket.number()).value());
         EXPECT_EQ(packet.name, packet.id % 2 == 0 ? "open.example." : "Open.eXample.");
         EXPECT_EQ(packet.count('n'), 1U);
     }
-    EXPECT_EQ(m_upstream.queries("open.example.").size(), 1U);
+    EXPECT_EQ(m_upstream.queries("open.example.").size(), 2U) << "some 60 wait for the same one";
+}
+
+TEST_F(Forwarding, asManyAsWaitForAnAnswerAreKept)
+{
+    m_upstream.answer("", silence());
+    m_second.answer("", silence());
+    const auto socket = connectedSocket(SOCK_DGRAM, m_proxy.port());
+    const auto query = bytesOf({.name = "open.example", .edns = 1232, .ednsOptions = paddingOf(3000)});
+    constexpr std::uint64_t most = 10'000;
+    for (std::uint64_t sent = 0; sent < most;) {
+        for (int number = 0; number < 250; ++number, ++sent)
+            sendBytes(socket.number(), query);
+        m_proxy.waitUntil([&] { return m_proxy.count("forwarded") >= sent; });
+    }
+    sendBytes(socket.number(), bytesOf({.name = "another.example"}));
+    const auto failed = Packet::from(datagramFrom(socket.number(), 2s).value());
+    EXPECT_EQ(failed.name, "open.example.") << "those who have waited longest";
+    EXPECT_EQ(failed.code(), serverFailure);
 }
 
 TEST_F(Forwarding, largeAnswersComeByStream)
@@ -138,6 +167,16 @@ TEST_F(Forwarding, largeAnswersComeByStream)
     EXPECT_TRUE(again.isTruncated()) << "from the cache, and still too large";
     EXPECT_EQ(again.count('n'), 0U);
     EXPECT_EQ(m_proxy.count("cached"), 1U);
+
+    // As large as a message can be: an OPT record of our own has no room in it.
+    const PacketRecord largest{.name = "l.example", .type = 16, .data = Bytes(65'535 - 12 - 15 - 21, 'x')};
+    m_upstream.answer("l.example.", {largest});
+    for (const std::optional<std::uint16_t> edns :
+        {std::optional<std::uint16_t>{}, std::optional<std::uint16_t>{512}}) {
+        for (int time = 0; time < 2; ++time)
+            EXPECT_EQ(m_proxy.askByStream({.name = "l.example", .type = 16, .edns = edns}).records.at(0).data.size(),
+                largest.data.size());
+    }
 
     // An upstream that sends more than it may.
     m_upstream.answer("rude.example.", {{.name = "rude.example", .type = 16, .data = Bytes(1300, 'x')}});
@@ -183,6 +222,10 @@ TEST_F(Forwarding, silentOrRefusingUpstreamsAreLeftForOthers)
     EXPECT_EQ(m_proxy.ask({.name = "refused.example"}).code(), 0) << "the other one knows";
     m_second.answer("refused.example.", {}, 0x8182);
     EXPECT_EQ(m_proxy.ask({.name = "refused.example", .type = 2}).code(), serverFailure) << "none does";
+    m_second.answer("refused.example.", silence());
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(m_proxy.ask({.name = "refused.example", .type = 5}).code(), refused) << "better than nothing";
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s);
 
     m_upstream.answer("", silence());
     EXPECT_EQ(m_proxy.ask({.name = "a.example"}).code(), 0);
@@ -193,6 +236,41 @@ TEST_F(Forwarding, silentOrRefusingUpstreamsAreLeftForOthers)
     EXPECT_EQ(m_proxy.ask({.name = "c.example"}).code(), serverFailure);
     EXPECT_EQ(m_proxy.count("failed"), 1U);
     EXPECT_TRUE(m_proxy.isBlocked("blocked.example")) << "whatever the upstreams do";
+}
+
+TEST_F(Forwarding, streamsGoToAnotherUpstreamToo)
+{
+    m_upstream.answer("refused.example.", {}, 0x8185);
+    EXPECT_EQ(m_proxy.askByStream({.name = "refused.example"}).code(), 0) << "the other one knows";
+    m_second.answer("refused.example.", silence());
+    EXPECT_EQ(m_proxy.askByStream({.name = "refused.example", .type = 2}).code(), refused) << "better than nothing";
+
+    // It closes the connection.
+    m_upstream.answer("closed.example.", [](const Bytes& query, bool isStream) {
+        return isStream ? std::vector<Bytes>{} : std::vector<Bytes>{answerTo(query, {})};
+    });
+    EXPECT_EQ(m_proxy.askByStream({.name = "closed.example"}).code(), 0);
+    static_cast<void>(m_proxy.ask({.name = "closed.example", .type = 2}));
+    EXPECT_EQ(m_upstream.queries("closed.example.").size(), 2U) << "over UDP it is as good as before";
+}
+
+TEST(Upstreams, thatAreAloneHaveTheWholeTimeOverStreamsToo)
+{
+    TestUpstream upstream;
+    ProxyProcess proxy{{.upstreams = {upstream.address()}}};
+    proxy.start();
+    std::mutex gate;
+    gate.lock();
+    upstream.answer("slow.example.", [&](const Bytes& query, bool) {
+        const std::lock_guard lock{gate};
+        return std::vector<Bytes>{answerTo(query, {})};
+    });
+    const auto socket = connectedSocket(SOCK_STREAM, proxy.port());
+    sendBytes(socket.number(), streamMessage(bytesOf({.name = "slow.example"})));
+    proxy.waitUntil([&] { return proxy.count("forwarded") == 1; });
+    EXPECT_FALSE(isReadable(socket.number(), 3s));
+    gate.unlock();
+    EXPECT_EQ(Packet::from(streamMessageFrom(socket.number()).value()).code(), 0);
 }
 
 TEST(Upstreams, whereNobodyListensAreLeftAtOnce)

@@ -117,6 +117,20 @@ TEST(Query, isSharedOnlyWhereTheAnswerIsForAll)
     EXPECT_NE(queryOf(with({})).variant(), queryOf(bytesOf({.name = "a"})).variant());
 }
 
+TEST(Query, asksTheSameWithoutItsOptions)
+{
+    for (const auto& ask : std::vector<Ask>{{.name = "", .id = 7, .flags = 0x0010}, {.name = "A.example", .edns = 4096},
+             {.name = "a.example", .edns = 1232, .ednsFlags = 0x8000, .ednsOptions = {0, 10, 0, 2, 1, 2}}}) {
+        const auto whole = bytesOf(ask);
+        const auto bare = queryOf(whole).withoutOptions();
+        ASSERT_TRUE(Query::parse(bare)) << ask.name;
+        EXPECT_EQ(queryOf(bare).variant(), queryOf(whole).variant());
+        EXPECT_EQ(queryOf(bare).largestAnswer(), queryOf(whole).largestAnswer());
+        EXPECT_EQ(bare.size(), whole.size() - ask.ednsOptions.size());
+        EXPECT_TRUE(std::ranges::equal(View{bare}.first(12 + 5), View{whole}.first(12 + 5)));
+    }
+}
+
 TEST(SharedAnswer, isEveryAskersOwn)
 {
     const auto asked = bytesOf({.name = "Example.COM", .edns = 1232});
@@ -148,7 +162,8 @@ TEST(SharedAnswer, isEveryAskersOwn)
 
     out.clear();
     shared->appendTo(out, queryOf(asked), 0);
-    const auto* opt = Packet::from(out).find(optType);
+    const auto own = Packet::from(out);
+    const auto* opt = own.find(optType);
     ASSERT_NE(opt, nullptr);
     EXPECT_TRUE(opt->data.empty()) << "somebody else's cookie";
 }
@@ -169,6 +184,11 @@ TEST(SharedAnswer, holdsAsLongAsItsRecordsOrItsZoneAllow)
     EXPECT_EQ(lifetime({}, 0x8183), 0) << "nobody says for how long";
     EXPECT_EQ(lifetime({{.name = "a.example"}}, 0x8182), 0) << "SERVFAIL";
     EXPECT_EQ(lifetime({{.name = "a.example"}}, 0x8380), -1) << "truncated";
+    const auto large = [](std::size_t size) {
+        return PacketRecord{.name = "", .type = 16, .data = Bytes(size - 12 - 15 - 11)};
+    };
+    EXPECT_EQ(lifetime({large(65'535 - 11)}, 0x8180), 300);
+    EXPECT_EQ(lifetime({large(65'535 - 10)}, 0x8180), -1) << "no room for an OPT record";
     EXPECT_EQ(
         lifetime({{.section = 'd', .name = "", .type = optType, .ttl = 0, .data = {}}, {.section = 'd', .name = "b"}},
             0x8180),

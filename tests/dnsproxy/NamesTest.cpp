@@ -1,15 +1,12 @@
 #include "Message/Header.h"
+#include "Names/BlockedConfigFile.h"
 #include "Names/Chains.h"
-#include "Names/UserSets.h"
 #include "Serving/CommandLine.h"
 #include "Upstream/SystemUpstreams.h"
 #include "tests/dnsproxy/DNSPacket.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace stillgate::dns
 {
@@ -18,14 +15,6 @@ using namespace test;
 
 namespace
 {
-
-class CollectedLog final : public Log
-{
-public:
-    void write(std::string_view line) override { lines.append(line).append("\n"); }
-
-    std::string lines;
-};
 
 DomainSet setOf(const std::vector<std::string>& names)
 {
@@ -78,17 +67,18 @@ TEST(BlockedConfig, isReadInPartsOfAnySize)
 {
     constexpr std::string_view text =
         R"( {"version":[{"domains":["no.example"]}],"domains":["A.example","b.EXAMPLE.","a.\u0065xample","http://x","",)"
-        R"("bücher.example","a b"],"categories":[],"more":{"x":[1.5,null,true,"\ud83d\ude00"]}} )";
+        R"("bücher.example","a b"," \t\nb.example\r\n","com","localhost."],"categories":[],"more":{"x":[1.5,null,true,"\ud83d\ude00"]}} )";
     for (const std::size_t size : {1, 2, 3, 7, 64, 1000}) {
         const auto names = parsed(text, size);
         ASSERT_TRUE(names) << size << ": " << names.error().description();
-        ASSERT_EQ(names->hashes.size(), 3U) << size;
+        ASSERT_EQ(names->hashes.size(), 4U) << size;
         EXPECT_EQ(names->hashes[0], names->hashes[2]) << size;
         EXPECT_NE(names->hashes[0], names->hashes[1]) << size;
-        EXPECT_EQ(names->skipped, 4U) << size;
+        EXPECT_EQ(names->hashes[1], names->hashes[3]) << size << ": without the blanks";
+        EXPECT_EQ(names->skipped, 6U) << size << ": all top-level names among them";
     }
     EXPECT_TRUE(parsed(R"({"domains":[]})", 1000));
-    const auto longEntry = R"({"domains":[")" + std::string(100'000, 'a') + R"(","b"]})";
+    const auto longEntry = R"({"domains":[")" + std::string(100'000, 'a') + R"(","b.c"]})";
     EXPECT_EQ(parsed(longEntry, 1000)->hashes.size(), 1U);
 }
 
@@ -128,120 +118,6 @@ TEST(Chains, leadIntoABlockedNameByAliasesAlone)
     EXPECT_FALSE(leads(type::cname, nameBytes("notblocked.example")));
     EXPECT_FALSE(leads(type::cname, nameBytes("blocked.example"), 'd')) << "not in the answer";
     EXPECT_FALSE(leads(type::txt, nameBytes("blocked.example")));
-}
-
-class Users : public testing::Test
-{
-protected:
-    void put(const std::string& user, std::string_view text) { putFile(file(user), text); }
-
-    [[nodiscard]] std::filesystem::path file(const std::string& user) const
-    {
-        return m_folder.path() / "group" / user / "blocked-config.json";
-    }
-
-    [[nodiscard]] std::filesystem::path stored(const std::string& user) const
-    {
-        return m_folder.path() / "state" / (user + ".set");
-    }
-
-    /// Another process, at this moment.
-    UserSets& fresh()
-    {
-        m_sets = std::make_unique<UserSets>(m_folder.path() / "group", m_folder.path() / "state", m_log);
-        static_cast<void>(m_sets->refresh());
-        return *m_sets;
-    }
-
-    bool blocks(const std::string& name) { return has(*m_sets->makeUnion(), name); }
-
-    TemporaryFolder m_folder;
-    CollectedLog m_log;
-    std::unique_ptr<UserSets> m_sets;
-};
-
-TEST_F(Users, areOneUnionAndEachKeepsTheLastGoodSet)
-{
-    put("1000", R"({"domains":["a.example"]})");
-    put("1001", R"({"domains":["b.example","a.example"]})");
-    put("someone", R"({"domains":["c.example"]})");
-    auto& sets = fresh();
-    EXPECT_TRUE(blocks("a.example") && blocks("b.example"));
-    EXPECT_FALSE(blocks("c.example")) << "a folder that is no user's";
-    EXPECT_TRUE(blocks("www.use-application-dns.net")) << "always";
-    EXPECT_EQ(sets.makeUnion()->size(), 3U);
-    sets.store();
-    EXPECT_TRUE(sets.faults().empty());
-    EXPECT_FALSE(sets.refresh()) << "nothing has changed";
-
-    put("1000", R"({"domains":["a.exam)");
-    EXPECT_FALSE(sets.refresh());
-    EXPECT_EQ(sets.faults().size(), 1U);
-    EXPECT_TRUE(blocks("a.example"));
-    put("1001", R"({"domains":[]})");
-    EXPECT_TRUE(sets.refresh());
-    EXPECT_TRUE(blocks("a.example") && !blocks("b.example"));
-
-    std::filesystem::remove_all(m_folder.path() / "group" / "1000");
-    EXPECT_TRUE(sets.refresh());
-    EXPECT_FALSE(blocks("a.example"));
-    EXPECT_FALSE(std::filesystem::exists(stored("1000")));
-}
-
-TEST_F(Users, keepTheLastGoodSetOverARestart)
-{
-    const std::vector<std::pair<const char*, std::function<void(const std::string&)>>> damages{
-        {"removed", [](const auto& path) { ::unlink(path.c_str()); }},
-        {"half", [](const auto& path) { putFile(path, R"({"domains":["a.e)"); }},
-        {"empty", [](const auto& path) { putFile(path, ""); }},
-        {"a pipe", [](const auto& path) { ::unlink(path.c_str()), ::mkfifo(path.c_str(), 0600); }},
-        {"a folder", [](const auto& path) { ::unlink(path.c_str()), ::mkdir(path.c_str(), 0700); }},
-        {"a link to a good one",
-            [](const auto& path) {
-                putFile(path + "2", R"({"domains":[]})"), ::unlink(path.c_str()),
-                    std::filesystem::create_symlink(path + "2", path);
-            }},
-        {"too large", [](const auto& path) { std::filesystem::resize_file(path, largestConfig + 1); }},
-    };
-    int user = 2000;
-    for (const auto& [damage, doDamage] : damages) {
-        const auto name = std::to_string(user++);
-        put(name, R"({"domains":["n)" + name + R"(.example"]})");
-        fresh().store();
-        doDamage(file(name));
-        EXPECT_FALSE(fresh().faults().empty()) << damage;
-        EXPECT_TRUE(blocks("n" + name + ".example")) << damage;
-    }
-    EXPECT_EQ(m_sets->makeUnion()->size(), damages.size() + 1) << "one user's damage is nobody else's";
-}
-
-TEST_F(Users, areNotParsedAgainIfTheirFilesAreTheSame)
-{
-    put("1000", R"({"domains":["a.example"]})");
-    const timespec longAgo{.tv_sec = 1, .tv_nsec = 0};
-    ::utimensat(AT_FDCWD, file("1000").c_str(), std::array{longAgo, longAgo}.data(), 0);
-    fresh().store();
-    // The same size and time of modification: the time of change tells.
-    put("1000", R"({"domains":["b.example"]})");
-    ::utimensat(AT_FDCWD, file("1000").c_str(), std::array{longAgo, longAgo}.data(), 0);
-    fresh();
-    EXPECT_TRUE(blocks("b.example") && !blocks("a.example"));
-}
-
-TEST_F(Users, startAnewWithDamagedStoredSets)
-{
-    put("1000", R"({"domains":["a.example"]})");
-    fresh().store();
-    auto bytes = fileBytes(stored("1000"));
-    bytes.back() = static_cast<char>(bytes.back() ^ 1);
-    putFile(stored("1000"), bytes);
-    fresh();
-    EXPECT_TRUE(blocks("a.example")) << "from the file";
-    std::filesystem::remove_all(m_folder.path() / "state");
-    putFile(m_folder.path() / "state", "not a folder");
-    fresh().store();
-    EXPECT_TRUE(blocks("a.example"));
-    EXPECT_EQ(m_sets->faults().size(), 1U) << "the set isn't stored";
 }
 
 TEST(SystemUpstreams, areThoseBehindAStubAndNeverThisProgram)
