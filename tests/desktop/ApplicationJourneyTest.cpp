@@ -66,11 +66,11 @@ protected:
     void signIn()
     {
         letTheWatchLook();
-        ASSERT_TRUE(comesTrue([this] { return hasCode(); }));
+        ASSERT_TRUE(becomes([this] { return hasCode(); }));
         m_computer.time.advance(2s);
         decideInBrowser("approve");
         m_computer.time.advance(5s);
-        ASSERT_TRUE(comesTrue([this] { return hasLoaded(); }));
+        ASSERT_TRUE(becomes([this] { return hasLoaded(); }));
         letTheWatchLook();
     }
 
@@ -96,7 +96,7 @@ protected:
     {
         m_computer.files.files.erase(cacheFile);
         m_computer.time.advance(300s);
-        ASSERT_TRUE(comesTrue([this] { return m_computer.files.contains(cacheFile); }));
+        ASSERT_TRUE(becomes([this] { return m_computer.files.contains(cacheFile); }));
     }
 
     static constexpr auto cacheFile = "/home/ada/.local/share/com.stillgate.macos/cache/state.dat";
@@ -117,7 +117,7 @@ TEST_F(Journey, aPersonSignsInComesBackAndSignsOut)
     EXPECT_FALSE(isOpen(authWindow));
     letTheWatchLook();
     EXPECT_TRUE(isOpen(authWindow)) << "a first start goes to the sign-in";
-    ASSERT_TRUE(comesTrue([this] { return hasCode(); }));
+    ASSERT_TRUE(becomes([this] { return hasCode(); }));
     m_computer.time.advance(1999ms);
     EXPECT_THAT(m_computer.workspace.openedURLs, IsEmpty());
     m_computer.time.advance(1ms);
@@ -125,7 +125,7 @@ TEST_F(Journey, aPersonSignsInComesBackAndSignsOut)
 
     decideInBrowser("approve");
     m_computer.time.advance(5s);
-    ASSERT_TRUE(comesTrue([this] { return hasLoaded(); }));
+    ASSERT_TRUE(becomes([this] { return hasLoaded(); }));
     letTheWatchLook();
     EXPECT_FALSE(isOpen(authWindow));
     EXPECT_EQ(state().currentUser.value()->email, "ada@example.test");
@@ -134,7 +134,7 @@ TEST_F(Journey, aPersonSignsInComesBackAndSignsOut)
     quit();
     m_computer.workspace.openedURLs.clear();
     start();
-    ASSERT_TRUE(comesTrue([this] { return hasLoaded(); }));
+    ASSERT_TRUE(becomes([this] { return hasLoaded(); }));
     letTheWatchLook();
     EXPECT_FALSE(isOpen(authWindow)) << "the tokens have survived";
 
@@ -151,17 +151,17 @@ TEST_F(Journey, aDeniedDeviceIsToldAndMayTryAgain)
     signUpInBrowser();
     start();
     letTheWatchLook();
-    ASSERT_TRUE(comesTrue([this] { return hasCode(); }));
+    ASSERT_TRUE(becomes([this] { return hasCode(); }));
     m_computer.time.advance(2s);
     decideInBrowser("deny");
     m_computer.time.advance(5s);
     auto& authorization = m_application->authorization();
-    ASSERT_TRUE(comesTrue([&] { return authorization.deviceAuthErrorMessage.value().has_value(); }));
+    ASSERT_TRUE(becomes([&] { return authorization.deviceAuthErrorMessage.value().has_value(); }));
     EXPECT_FALSE(state().isAuthenticated);
 
     const auto denied = authorization.deviceCode.value()->deviceCode;
     authorization.loadDeviceCode();
-    ASSERT_TRUE(comesTrue([&] { return hasCode() && authorization.deviceCode.value()->deviceCode != denied; }));
+    ASSERT_TRUE(becomes([&] { return hasCode() && authorization.deviceCode.value()->deviceCode != denied; }));
     EXPECT_EQ(authorization.deviceAuthErrorMessage.value(), std::nullopt);
 }
 

@@ -1,13 +1,9 @@
 #include "tests/desktop/ApplicationProcess.h"
 
-#include "tests/desktop/PrivateWorld.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QThread>
-
 #include <csignal>
+#include <grp.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace stillgate::test
 {
@@ -24,18 +20,6 @@ QString text(const std::filesystem::path& path)
 
 } // namespace
 
-bool becomes(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer limit{std::chrono::seconds{20}};
-    while (!condition()) {
-        if (limit.hasExpired())
-            return false;
-        QCoreApplication::processEvents();
-        QThread::msleep(5);
-    }
-    return true;
-}
-
 ApplicationHome::ApplicationHome()
 {
     environment.insert("HOME", text(m_folder.path()));
@@ -50,6 +34,14 @@ void ApplicationHome::putSession() const
     putFile(settings(), R"({"sg_onboarding_complete":true})");
     putFile(token("access"), "any bytes");
     putFile(token("refresh"), "any bytes");
+}
+
+void ApplicationHome::giveTo(uid_t owner, const std::string& busAddress)
+{
+    user = owner;
+    environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromStdString(busAddress));
+    environment.insert("XDG_RUNTIME_DIR", "/run/user/" + QString::number(owner));
+    shell("chown -R " + std::to_string(owner) + " " + m_folder.path().string());
 }
 
 std::filesystem::path ApplicationHome::settings() const
@@ -72,7 +64,11 @@ ApplicationProcess::ApplicationProcess(
 {
     m_process.setProcessEnvironment(home.environment);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_process.setChildProcessModifier([user = home.user] {
+        if (user != 0 && (::setgroups(0, nullptr) != 0 || ::setgid(user) != 0 || ::setuid(user) != 0))
+            ::_exit(EXIT_FAILURE);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL); // which another user's process has to ask for anew
+    });
     m_process.start(program, arguments);
     if (!m_process.waitForStarted())
         throw std::runtime_error{"can't start " + program.toStdString()};

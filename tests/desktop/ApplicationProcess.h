@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Waiting.h"
 
 #include <QProcess>
 
@@ -10,9 +11,6 @@
 
 namespace stillgate::test
 {
-
-/// Runs the event loop until it is so, for twenty seconds at most.
-[[nodiscard]] bool becomes(const std::function<bool()>& condition);
 
 /// A user's settings and data, and the environment of a program that works with them. No backend answers there unless a
 /// test says otherwise.
@@ -24,11 +22,17 @@ public:
     /// Setup is complete and a session is stored, without any rule.
     void putSession() const;
 
+    /// From now on the home and its programs are those of another user, who has a session bus.
+    void giveTo(uid_t owner, const std::string& busAddress);
+
+    [[nodiscard]] std::filesystem::path path() const { return m_folder.path(); }
+
     [[nodiscard]] std::filesystem::path settings() const;
     [[nodiscard]] std::filesystem::path usage() const;
     [[nodiscard]] std::filesystem::path token(const std::string& kind) const;
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    uid_t user = 0; ///< whom the programs run as
 
 private:
     TemporaryFolder m_folder;

@@ -73,7 +73,7 @@ protected:
         EXPECT_TRUE(becomes([&] {
             go(address);
             const QDeadlineTimer aWhile{std::chrono::seconds{2}};
-            becomes([&] { return aWhile.hasExpired() || addressIn(browser) == shown; });
+            (void)becomes([&] { return aWhile.hasExpired() || addressIn(browser) == shown; });
             return addressIn(browser) == shown;
         })) << addressIn(browser)
             << " instead of " << shown;

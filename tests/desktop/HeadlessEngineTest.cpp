@@ -80,7 +80,7 @@ TEST_F(Headless, secondStartWithTheSameRulesStartsNoProcess)
 
     m_engine.putState(stateWith(ownRules + ruleOf("news")));
     m_engine.start();
-    EXPECT_TRUE(comesTrue([] { return std::filesystem::exists("/mnt/started"); })) << "a new list is what starts one";
+    EXPECT_TRUE(becomes([] { return std::filesystem::exists("/mnt/started"); })) << "a new list is what starts one";
     EXPECT_EQ(m_engine.stop(), 0);
 }
 
@@ -116,7 +116,7 @@ TEST_F(Headless, hangingBackendHoldsUpNeitherTheBlocksNorTheEnd)
     ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
     m_engine.baseURL = "https://127.0.0.1:" + std::to_string(silent.serverPort()) + "/v1";
     m_engine.start();
-    EXPECT_TRUE(comesTrue([] { return hosts().contains("twitter.com"); }));
+    EXPECT_TRUE(becomes([] { return hosts().contains("twitter.com"); }));
     EXPECT_EQ(m_engine.stop(), 0);
     EXPECT_EQ(hosts(), original + generateHostsEntries({"Example.com", "twitter.com"}));
     EXPECT_TRUE(

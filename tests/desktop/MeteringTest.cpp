@@ -85,7 +85,7 @@ protected:
         forgetCache();
         await(m_engine->state.bootstrap());
         EXPECT_TRUE(m_engine->state.isAuthenticated && !m_engine->state.isOffline);
-        EXPECT_TRUE(comesTrue([this] { return m_engine->state.knowsGuardian; }));
+        EXPECT_TRUE(becomes([this] { return m_engine->state.knowsGuardian; }));
     }
 
     /// The program ends without a chance to store anything, as by kill -9, and starts again.
@@ -99,7 +99,7 @@ protected:
 
     bool isInFront(const std::optional<std::string>& app)
     {
-        return comesTrue([&] {
+        return becomes([&] {
             const auto front = m_workspace.frontmostApplication();
             return (front ? front->bundleIdentifier() : std::nullopt) == app;
         });
@@ -111,7 +111,7 @@ protected:
         for (; time > 0min; time -= 5min) {
             forgetCache();
             m_computer.time.advance(5min);
-            ASSERT_TRUE(comesTrue([this] { return m_computer.files.contains(cacheFile); }));
+            ASSERT_TRUE(becomes([this] { return m_computer.files.contains(cacheFile); }));
         }
     }
 

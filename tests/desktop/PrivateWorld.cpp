@@ -1,8 +1,5 @@
 #include "tests/desktop/PrivateWorld.h"
 
-#include <QDeadlineTimer>
-#include <QThread>
-
 #include <cstdlib>
 
 namespace stillgate::test
@@ -16,25 +13,6 @@ void PrivateWorldTest::SetUp()
         ADD_FAILURE() << "run by scripts/private-world only: this test changes /etc/hosts";
         std::exit(EXIT_FAILURE);
     }
-}
-
-std::string shell(const std::string& command)
-{
-    QProcess process;
-    process.start("/bin/bash", {"-c", QString::fromStdString(command)});
-    process.waitForFinished(-1);
-    return process.readAllStandardOutput().toStdString();
-}
-
-bool comesTrue(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer limit{std::chrono::seconds{20}};
-    while (!condition()) {
-        if (limit.hasExpired())
-            return false;
-        QThread::msleep(5);
-    }
-    return true;
 }
 
 HeadlessEngine::HeadlessEngine()
@@ -95,7 +73,7 @@ std::string HeadlessEngine::runOnce(const std::string& asUser)
 
 bool HeadlessEngine::logs(const std::string& text)
 {
-    return comesTrue([&] { return log().contains(text); });
+    return becomes([&] { return log().contains(text); });
 }
 
 } // namespace stillgate::test

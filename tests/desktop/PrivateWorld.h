@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Waiting.h"
 
 #include <QProcess>
 #include <gtest/gtest.h>
@@ -17,12 +18,6 @@ class PrivateWorldTest : public testing::Test
 protected:
     void SetUp() override;
 };
-
-/// Runs a shell command to its end; its standard output.
-std::string shell(const std::string& command);
-
-/// Whether something comes true within 20 seconds.
-bool comesTrue(const std::function<bool()>& condition);
 
 /// The program `stillgate --headless`, with a home folder of its own.
 class HeadlessEngine

@@ -1,20 +1,10 @@
 #include "tests/desktop/RunningApplication.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <nlohmann/json.hpp>
 
 namespace stillgate::test
 {
-
-bool comesTrue(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer limit{std::chrono::seconds{10}};
-    while (!condition() && !limit.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-    return condition();
-}
 
 SecureSession::Settings trustIn(const ServerProcess& server)
 {

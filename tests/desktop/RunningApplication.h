@@ -16,14 +16,12 @@
 #include "Views/Windows/QuickWindows.h"
 #include "tests/server/ServerProcess.h"
 #include "tests/support/FakeShell.h"
+#include "tests/support/Waiting.h"
 
 #include <QWindow>
 
 namespace stillgate::test
 {
-
-/// Waits, with the event loop running, until the condition holds; ten seconds at most. Whether it does.
-[[nodiscard]] bool comesTrue(const std::function<bool()>& condition);
 
 /// What is built, under a version of the test's choice.
 class BuiltBundle final : public Bundle

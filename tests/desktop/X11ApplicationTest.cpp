@@ -1,5 +1,7 @@
 #include "tests/desktop/X11Fixture.h"
 
+#include <QDeadlineTimer>
+
 namespace stillgate
 {
 
@@ -31,6 +33,10 @@ TEST_F(X11Apps, hiddenAppIsGoneFromTheFrontWithAllItsWindows)
     app->hide();
     EXPECT_TRUE(becomes([&] { return app->isHidden(); }));
     EXPECT_TRUE(comesToFront("nothing"));
+    const X11TestWindow late{"Alpha-Window"};
+    const QDeadlineTimer aWhile{500};
+    (void)becomes([&] { return aWhile.hasExpired(); });
+    EXPECT_TRUE(app->isHidden() && !late.isViewable()) << "a window that was on its way";
     EXPECT_FALSE(app->isTerminated());
     m_activated.clear();
 

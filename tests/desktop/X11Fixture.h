@@ -5,9 +5,8 @@
 #include "Platform/Memory/MemoryLog.h"
 #include "tests/desktop/X11TestWindow.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Waiting.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QProcess>
 #include <gmock/gmock.h>
 
@@ -17,18 +16,6 @@ namespace stillgate::test
 {
 
 using Names = std::vector<std::string>;
-
-/// Runs the event loop until it is so, for ten seconds at most.
-inline bool becomes(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer limit{std::chrono::seconds{10}};
-    while (!condition()) {
-        if (limit.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
-    }
-    return true;
-}
 
 inline std::string nameOf(const std::shared_ptr<RunningApplication>& application)
 {

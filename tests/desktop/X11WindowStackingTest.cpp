@@ -3,6 +3,7 @@
 #include "Platform/Linux/LinuxScheduler.h"
 #include "tests/desktop/X11Fixture.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 
 namespace stillgate
@@ -87,7 +88,7 @@ TEST_F(X11Stacking, screenThatIsLockedStaysLocked)
     EXPECT_TRUE(lock.holdKeyboard());
     lock.raise();
     const QDeadlineTimer aWhile{300};
-    becomes([&] { return aWhile.hasExpired(); });
+    (void)becomes([&] { return aWhile.hasExpired(); });
     EXPECT_TRUE(lock.isOnTop());
     lock.close();
     expectInFront("the screen is unlocked");

@@ -1,5 +1,7 @@
 #include "tests/desktop/X11Fixture.h"
 
+#include <QDeadlineTimer>
+
 namespace stillgate
 {
 
