@@ -1,9 +1,11 @@
 #include "Guard/GroupFolders.h"
 
 #include "Guard/Leftovers.h"
+#include "Platform/Linux/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -73,6 +75,15 @@ Answer<> GroupFolders::make(uid_t user) const
     if (!isAsItShouldBe(folder, user, group->gr_gid) && !makeFor(user, group->gr_gid, folder))
         return systemRefusal("make", folder);
     return {};
+}
+
+Answer<> GroupFolders::setPermanent(uid_t user, bool isPermanent) const
+{
+    auto mark = path(user);
+    mark += ".permanent";
+    const FileDescriptor made{isPermanent ? ::open(mark.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644) : -1};
+    const bool isDone = isPermanent ? made.isOpen() : ::unlink(mark.c_str()) == 0 || errno == ENOENT;
+    return isDone ? Answer<>{} : systemRefusal("mark", mark);
 }
 
 Answer<> GroupFolders::remove(uid_t user) const

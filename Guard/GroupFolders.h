@@ -24,6 +24,10 @@ public:
     /// One that is there is a success.
     [[nodiscard]] Answer<> make(uid_t user) const;
 
+    /// Whether the names that the user has left there once stay blocked: the proxy takes none of them away while root's
+    /// file `<parent>/<uid>.permanent` is there.
+    [[nodiscard]] Answer<> setPermanent(uid_t user, bool isPermanent) const;
+
     /// With all that the user has put into it, however much: it is out of the way at once, and goes from the disk
     /// later. One that isn't there is a success.
     [[nodiscard]] Answer<> remove(uid_t user) const;

@@ -258,18 +258,20 @@ Task<Answer<>> Protection::applyProxy(uid_t user, Force wanted)
         co_return std::unexpected{standing.error()};
     if (const auto stored = m_system.records.putDNSProxy(user, wanted); !stored)
         co_return stored;
-    auto applied = wanted == Force::none ? co_await stopProxy(user) : co_await startProxy(user);
+    auto applied = wanted == Force::none ? co_await stopProxy(user) : co_await startProxy(user, wanted);
     if (!applied)
         (void)m_system.records.putDNSProxy(user, *standing);
     if (!applied)
-        (void)co_await (*standing == Force::none ? stopProxy(user) : startProxy(user));
+        (void)co_await (*standing == Force::none ? stopProxy(user) : startProxy(user, *standing));
     co_return applied;
 }
 
-Task<Answer<>> Protection::startProxy(uid_t user)
+Task<Answer<>> Protection::startProxy(uid_t user, Force force)
 {
     if (const auto made = m_system.folders.make(user); !made)
         co_return made;
+    if (const auto marked = m_system.folders.setPermanent(user, force == Force::permanent); !marked)
+        co_return marked;
     const auto started = co_await m_system.units.enableAndStart({proxySocketUnit, redirectUnit});
     if (!started)
         co_return refusal(started.error());
@@ -286,7 +288,8 @@ Task<Answer<>> Protection::stopProxy(uid_t user)
         *isWanted ? Result<void>{} : co_await m_system.units.stopAndDisable({redirectUnit, proxySocketUnit, proxyUnit});
     if (!stopped)
         co_return refusal(stopped.error());
-    co_return m_system.folders.remove(user);
+    const auto removed = m_system.folders.remove(user);
+    co_return removed ? m_system.folders.setPermanent(user, false) : removed;
 }
 
 Answer<bool> Protection::isProxyWanted() const

@@ -81,7 +81,7 @@ private:
     [[nodiscard]] Task<Answer<>> changeProxy(Caller caller, std::string verb, Force wanted);
     [[nodiscard]] Answer<Consent> consentToProxy(uid_t user, Force wanted) const;
     [[nodiscard]] Task<Answer<>> applyProxy(uid_t user, Force wanted);
-    [[nodiscard]] Task<Answer<>> startProxy(uid_t user);
+    [[nodiscard]] Task<Answer<>> startProxy(uid_t user, Force force);
     [[nodiscard]] Task<Answer<>> stopProxy(uid_t user);
     [[nodiscard]] Answer<bool> isProxyWanted() const;
 

@@ -51,6 +51,13 @@ Result<std::vector<std::string>> GroupFolder::users() const
     return users;
 }
 
+bool GroupFolder::isPermanent(const std::string& user) const
+{
+    std::error_code code;
+    const auto kind = fs::symlink_status(m_path / (user + ".permanent"), code).type();
+    return kind != fs::file_type::not_found; // one that can't be looked at isn't gone
+}
+
 Result<OpenConfig> GroupFolder::open(const std::string& user) const
 {
     const auto path = folderOf(user) / fileName;

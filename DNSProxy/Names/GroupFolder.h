@@ -32,6 +32,9 @@ public:
     /// be read.
     [[nodiscard]] Result<std::vector<std::string>> users() const;
 
+    /// Whether root has left `<user>.permanent` beside the folder: what the user has blocked once stays blocked.
+    [[nodiscard]] bool isPermanent(const std::string& user) const;
+
     /// Never follows a link at the end of the path, and never waits.
     [[nodiscard]] Result<OpenConfig> open(const std::string& user) const;
 

@@ -139,7 +139,8 @@ void UserSets::addStored()
                 .unstored = {},
                 .digest = digestOf(set->hashes),
                 .count = set->hashes.size(),
-                .fault = {}};
+                .fault = {},
+                .isPermanent = m_group.isPermanent(name)};
         else
             setLost(name, user);
     }
@@ -182,10 +183,16 @@ bool UserSets::refresh(const std::string& name, User& user)
         user.examined.reset();
         return false;
     }
-    if (config->stamp == user.examined)
+    const bool isPermanent = m_group.isPermanent(name);
+    if (config->stamp == user.examined && isPermanent == user.isPermanent)
         return false;
+    user.isPermanent = isPermanent;
     user.examined.reset();
     auto names = readBlockedConfig(config->file.number(), config->stamp.size, m_stored.key());
+    if (names && isPermanent && !keepNames(name, user, *names)) {
+        setLost(name, user);
+        return false;
+    }
     if (names && count() - user.count + names->hashes.size() > mostNames) {
         setFault(name, user, "no room for more names"); // not examined: others may make room
         return false;
@@ -194,6 +201,22 @@ bool UserSets::refresh(const std::string& name, User& user)
         user.examined = config->stamp;
     setFault(name, user, names ? "" : names.error().description());
     return names && take(name, user, std::move(*names), user.examined);
+}
+
+/// Adds the names that the user has now. False if they can't be read.
+bool UserSets::keepNames(const std::string& name, const User& user, HashedNames& names) const
+{
+    if (!user.unstored && user.count == 0)
+        return true;
+    const auto stored = user.unstored ? user.unstored : m_stored.load(name);
+    if (!stored || stored->hashes.size() != user.count)
+        return false;
+    auto& hashes = names.hashes;
+    hashes.insert(hashes.end(), stored->hashes.begin(), stored->hashes.end());
+    std::ranges::sort(hashes);
+    const auto rest = std::ranges::unique(hashes);
+    hashes.erase(rest.begin(), rest.end());
+    return true;
 }
 
 bool UserSets::take(const std::string& name, User& user, HashedNames names, const std::optional<FileStamp>& stamp)

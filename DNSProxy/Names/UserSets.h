@@ -11,7 +11,7 @@ namespace stillgate::dns
 {
 
 /// The sets of all users, each the last good one, and their union. What is wrong with a user's file changes nothing; a
-/// user whose folder is gone has no set any more.
+/// user whose folder is gone has no set any more. The set of a user whose blocks are permanent only grows.
 ///
 /// Memory holds none of the sets: they are where they are stored, but for those that couldn't be stored.
 class UserSets
@@ -52,6 +52,7 @@ private:
         std::string fault;
         bool canStore = true;
         bool isLost = false; ///< the last good set can't be read from where it is stored
+        bool isPermanent = false;
     };
 
     bool removeGone(const std::vector<std::string>& present);
@@ -59,6 +60,7 @@ private:
     bool insertInto(DomainSet& names, const std::string& name, const User& user) const;
     bool recover(const std::string& name, User& user);
     bool refresh(const std::string& name, User& user);
+    [[nodiscard]] bool keepNames(const std::string& name, const User& user, HashedNames& names) const;
     bool take(const std::string& name, User& user, HashedNames names, const std::optional<FileStamp>& stamp);
     [[nodiscard]] std::size_t count() const;
     void setLost(const std::string& name, User& user);

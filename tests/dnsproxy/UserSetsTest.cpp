@@ -86,6 +86,25 @@ TEST_F(Users, areOneUnionAndEachKeepsTheLastGoodSet)
     EXPECT_FALSE(std::filesystem::exists(stored("1000")));
 }
 
+TEST_F(Users, onlyGrowWhileTheyArePermanent)
+{
+    const auto mark = m_folder.path() / "group" / "1000.permanent";
+    put("1000", R"({"domains":["a.example"]})");
+    putFile(mark, "");
+    fresh().store();
+    put("1000", R"({"domains":["b.example"]})");
+    EXPECT_TRUE(m_sets->refresh());
+    EXPECT_TRUE(blocks("a.example") && blocks("b.example"));
+    m_sets->store();
+    put("1000", R"({"domains":[]})");
+    fresh();
+    EXPECT_TRUE(blocks("a.example") && blocks("b.example")) << "also over a restart";
+
+    std::filesystem::remove(mark);
+    EXPECT_TRUE(m_sets->refresh());
+    EXPECT_FALSE(blocks("a.example") || blocks("b.example"));
+}
+
 TEST_F(Users, keepTheLastGoodSetOverARestart)
 {
     const std::vector<std::pair<const char*, std::function<void(const std::string&)>>> damages{

@@ -63,8 +63,11 @@ TEST_F(Installation, permanentProxyEndsWithAnAdministratorsConsent)
     EXPECT_EQ(call(anna, "EnableDNSProxy flexible"), "AccessDenied");
     EXPECT_EQ(unitStates(), allOn);
     EXPECT_EQ(call(anna, "DisableDNSProxy"), "AccessDenied") << "and it is permanent as before";
+    const std::string mark = std::string{annasFolder} + ".permanent";
+    EXPECT_TRUE(std::filesystem::exists(mark)) << "nor may the user take a name away";
     m_polkit->granted.insert(unblockPermanent);
     EXPECT_EQ(call(anna, "EnableDNSProxy flexible"), std::string{"done "} + annasFolder);
+    EXPECT_FALSE(std::filesystem::exists(mark));
     m_polkit->granted.erase(unblockPermanent);
     EXPECT_EQ(call(anna, "DisableDNSProxy"), "done");
     EXPECT_EQ(unitStates(), allOff);
