@@ -1,8 +1,8 @@
 #pragma once
 
+#include <boost/unordered/unordered_flat_set.hpp>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 namespace stillgate
 {
@@ -18,12 +18,13 @@ namespace stillgate
 struct TextHash
 {
     using is_transparent = void;
+    using is_avalanching = void; // every bit of the hash is as good as another
 
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
 };
 
-/// Domains in lower case.
-using DomainSet = std::unordered_set<std::string, TextHash, std::equal_to<>>;
+/// Domains in lower case. A domain that isn't there, as most labels of a host aren't, costs one look into memory.
+using DomainSet = boost::unordered_flat_set<std::string, TextHash, std::equal_to<>>;
 
 /// The domain that the host, in lower case, is or lies below; null if none does. A look-up for each of its labels,
 /// however many domains there are.
