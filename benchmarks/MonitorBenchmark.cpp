@@ -65,8 +65,8 @@ void waitFor(const char* what, Condition condition)
     }
 }
 
-/// From the moment at which a forbidden app asks to be shown to something that can be seen in the block screen: what the
-/// window manager needs for it counts too.
+/// From the moment at which a forbidden app asks to be shown to something that can be seen in the block screen: what
+/// the window manager needs for it counts too.
 Seconds timeToBlockScreen(const test::X11TestWindow& app)
 {
     Screen screen;

@@ -56,7 +56,8 @@ void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rew
         removeBlocks();
         return;
     }
-    m_wanted = domains;
+    if (m_wanted.empty())
+        m_wanted = domains;
     auto key = keyOf(domains);
     BlockRequest request{std::move(domains), std::move(key), rewrite};
     if (!m_running) {
@@ -93,6 +94,7 @@ bool HostsFileService::isInFile(const std::vector<std::string>& domains) const
 Task<> HostsFileService::write(BlockRequest request)
 {
     m_running = std::make_shared<OneShotEvent>();
+    m_wanted = request.domains;
     const auto permanence = m_permanence;
     const auto written = co_await m_writer.replaceBlock(generateHostsEntries(request.domains), permanence);
     if (written) {

@@ -83,7 +83,7 @@ private:
     Log& m_log;
 
     Permanence m_permanence = Permanence::flexible;
-    std::vector<std::string> m_wanted;       ///< the list last asked for; empty: none since the start, or none at all
+    std::vector<std::string> m_wanted; ///< the list that the file stands for; empty: not known since the start, or none
     std::shared_ptr<OneShotEvent> m_running; ///< happens when no write is running any more; none when idle
     bool m_removalWaits = false;
     std::optional<BlockRequest> m_waiting;

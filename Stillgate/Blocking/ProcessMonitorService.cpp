@@ -1,7 +1,5 @@
 #include "Blocking/ProcessMonitorService.h"
 
-#include "Platform/OneShotEvent.h"
-
 #include <algorithm>
 #include <filesystem>
 
@@ -36,14 +34,6 @@ std::optional<std::string> valueIn(const Map& map, const std::string& key)
 {
     const auto found = map.find(key);
     return found != map.end() ? std::optional{found->second} : std::nullopt;
-}
-
-/// The end of an app that doesn't quit when it is asked to.
-Task<> forceTerminateSoon(Scheduler* scheduler, std::shared_ptr<RunningApplication> application)
-{
-    co_await waitFor(scheduler, graceForQuitting);
-    if (!application->isTerminated())
-        application->forceTerminate();
 }
 
 } // namespace
@@ -115,14 +105,32 @@ void ProcessMonitorService::handleBlockedApp(const Application& application)
             application->terminate();
         return;
     }
-    if (m_currentlyBlockingBundleId == identifier)
+    const bool isCustom = m_configuration.customBlockedBundleIds.contains(identifier);
+    if (!isCustom && match == nullptr)
         return;
-    if (m_configuration.customBlockedBundleIds.contains(identifier))
+    // Its screen is up, and it was brought back below that, or started once more.
+    if (m_currentlyBlockingBundleId == identifier)
+        stop(application, isStrict(identifier));
+    else if (isCustom)
         blockApp(application, nameOf(*application), false);
-    else if (match != nullptr && m_budget.exceeded)
+    else if (m_budget.exceeded)
         blockApp(application, nameOf(*application), true);
-    else if (match != nullptr)
+    else
         blockApp(application, match->displayName, false);
+}
+
+void ProcessMonitorService::stop(const Application& application, bool strict)
+{
+    if (!strict)
+        return application->hide();
+    if (m_quitting.contains(application))
+        return;
+    application->terminate();
+    m_quitting[application] = m_desktop.scheduler.once(graceForQuitting, [this, application] {
+        const auto done = m_quitting.extract(application);
+        if (!application->isTerminated())
+            application->forceTerminate();
+    });
 }
 
 /// A forbidden app that comes without a window would do its work unseen.
@@ -148,15 +156,11 @@ void ProcessMonitorService::blockApp(const Application& application, const std::
 {
     const auto identifier = identifierOf(*application);
     m_currentlyBlockingBundleId = identifier;
+    m_browserWatch.rearm(); // a site's screen that this one takes the place of tells nobody of its end
     ++m_blockedAppAttempts;
     const auto frame = application->frame(); // as long as there is one
     const bool strict = isStrict(identifier);
-    if (strict) {
-        application->terminate();
-        runDetached(forceTerminateSoon(&m_desktop.scheduler, application));
-    } else {
-        application->hide();
-    }
+    stop(application, strict);
     m_desktop.blockModal.showBlockModal(
         {
             .variant = variantNow(isBudgetBlock),
@@ -189,6 +193,7 @@ MacBlockVariant ProcessMonitorService::variantNow(bool isBudgetBlock) const
 void ProcessMonitorService::blockSite(const std::string& domain, const Application& browser)
 {
     ++m_blockedAppAttempts;
+    m_currentlyBlockingBundleId.reset(); // an app's screen that this one takes the place of tells nobody of its end
     m_desktop.blockModal.showBlockModal(
         {
             .variant = MacBlockVariant::website,

@@ -9,6 +9,8 @@
 #include "Platform/Scheduler.h"
 #include "Platform/Workspace.h"
 
+#include <map>
+
 namespace stillgate
 {
 
@@ -50,6 +52,7 @@ private:
     void handleBlockedApp(const Application& application);
     [[nodiscard]] bool mayNotEvenHide(const std::string& identifier, const ProcessBlockEntry* match) const;
     [[nodiscard]] const ProcessBlockEntry* processMatch(const RunningApplication& application) const;
+    void stop(const Application& application, bool strict);
     void blockApp(const Application& application, const std::string& displayName, bool isBudgetBlock);
     [[nodiscard]] bool isStrict(const std::string& identifier) const;
     [[nodiscard]] MacBlockVariant variantNow(bool isBudgetBlock) const;
@@ -60,7 +63,8 @@ private:
     BrowserWatch m_browserWatch;
     BudgetState m_budget;
     std::int64_t m_blockedAppAttempts = 0;
-    std::optional<std::string> m_currentlyBlockingBundleId; ///< the app whose screen is up; "" for one without
+    std::map<Application, std::unique_ptr<Timer>> m_quitting; ///< until they are ended, if they don't obey
+    std::optional<std::string> m_currentlyBlockingBundleId;   ///< the app whose screen is up; "" for one without
 
     bool m_isMonitoring = false;
     std::unique_ptr<Timer> m_preparation; ///< of the block screen; there once it was needed

@@ -14,6 +14,18 @@ std::optional<std::string> webAddress(const std::string& text)
     return url.toEncoded().toStdString();
 }
 
+std::string addressOfPage(const std::string& address)
+{
+    constexpr std::string_view readerView = "about:reader?url=";
+    if (address.starts_with(readerView))
+        return QUrl::fromPercentEncoding(QByteArray::fromStdString(address.substr(readerView.size()))).toStdString();
+    for (const std::string_view wrapping : {"view-source:", "blob:"}) {
+        if (address.starts_with(wrapping))
+            return address.substr(wrapping.size());
+    }
+    return address;
+}
+
 std::optional<std::string> hostOfAddress(const std::string& text)
 {
     const QUrl url{QString::fromStdString(text).trimmed()};

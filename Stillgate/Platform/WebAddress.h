@@ -14,4 +14,7 @@ namespace stillgate
 /// none, as in a local file or a page of the browser's own.
 [[nodiscard]] std::optional<std::string> hostOfAddress(const std::string& text);
 
+/// The page itself, where an address is a browser's for another view of it: about:reader?url=…, view-source:…, blob:….
+[[nodiscard]] std::string addressOfPage(const std::string& address);
+
 } // namespace stillgate

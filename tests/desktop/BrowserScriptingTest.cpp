@@ -107,6 +107,11 @@ protected:
             QString::fromStdString(address)};
     }
 
+    /// Prints the process that has it.
+    inline static const std::string accessibilityBus =
+        "dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus / "
+        "org.freedesktop.DBus.GetConnectionUnixProcessID string:org.a11y.Bus 2>/dev/null | awk '{ print $2 }'";
+
     static constexpr auto chromiumId = "org.chromium.Chromium";
     static constexpr auto firefoxId = "org.mozilla.firefox";
 
@@ -132,6 +137,14 @@ TEST_F(BrowserScriptingOn, chromiumTellsItsFrontTab)
     EXPECT_THAT(m_log.lines, IsEmpty());
 }
 
+TEST_F(BrowserScriptingOn, busThatHasEndedIsLookedForAgain)
+{
+    EXPECT_TRUE(becomes([&] { return !shell(accessibilityBus).empty(); }));
+    shell("kill -KILL $(" + accessibilityBus + ")");
+    Program browser{chromium("profile", m_site.address("one.test", "/a"))};
+    expectAddress(chromiumId, m_site.address("one.test", "/a"));
+}
+
 TEST_F(BrowserScriptingOn, firefoxTellsItsFrontTab)
 {
     const auto profile = QString::fromStdString((m_folder.path() / "profile").string());
@@ -144,6 +157,8 @@ TEST_F(BrowserScriptingOn, firefoxTellsItsFrontTab)
     press("ctrl+t");
     visit(firefoxId, m_site.address("127.0.0.1", "/b"));
     visit(firefoxId, "http://localhost:81/refused");
+    visit(firefoxId, "view-source:" + m_site.address("localhost", "/a"), m_site.address("localhost", "/a"));
+    visit(firefoxId, "about:reader?url=http%3A%2F%2Flocalhost%3A81%2Fb", "http://localhost:81/b");
 
     press("ctrl+shift+p");
     EXPECT_TRUE(becomes(

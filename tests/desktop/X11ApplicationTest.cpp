@@ -85,6 +85,22 @@ TEST_F(X11Apps, appThatAsksInsteadOfQuittingIsEnded)
 }
 
 /// A window that we own ourselves, as one of another user or machine would be: its process is nothing to be ended.
+TEST_F(X11Apps, appThatGoesOnWithoutAWindowHasNotEnded)
+{
+    Program editor{{"mousepad", "--disable-server"}};
+    const auto app = frontApp("org.xfce.mousepad");
+    ASSERT_TRUE(app);
+    // What an app does that goes into the status area; one that still opens its window comes back once.
+    EXPECT_TRUE(becomes([&] {
+        shell("xdotool windowunmap $(xdotool getactivewindow)");
+        return front() == "nothing";
+    }));
+    EXPECT_FALSE(app->isTerminated());
+    app->forceTerminate();
+    EXPECT_TRUE(becomes([&] { return app->isTerminated(); }));
+    EXPECT_TRUE(editor.hasEnded());
+}
+
 TEST_F(X11Apps, whatCannotBeEndedLosesItsWindows)
 {
     const X11TestWindow alpha{"Alpha-Window"};

@@ -104,12 +104,37 @@ TEST_F(Monitor, oneScreenForAnAppThatComesBackBelowIt)
     m_workspace.bringToFront(chess);
     m_time.advance(10s);
     EXPECT_EQ(m_monitor.blockedAppAttempts(), 1);
-    EXPECT_THAT(told(chess), ElementsAre("hide")) << "never quit: the user's work may be in it";
+    EXPECT_THAT(told(chess), ElementsAre("hide", "hide")) << "never quit: the user's work may be in it";
 
     configure({.customBlockedBundleIds = {chess, "org.poker"}});
     m_workspace.bringToFront("org.poker");
     EXPECT_THAT(m_windows.blockModals, SizeIs(2));
     EXPECT_THAT(m_windows.onScreen, SizeIs(1)) << "one takes the other's place";
+}
+
+TEST_F(Monitor, strictAppThatIsStartedOnceMoreBelowItsScreenIsQuit)
+{
+    configure({.customBlockedBundleIds = {chess}, .bundleIdPolicies = {{chess, "permanent"}}});
+    m_monitor.startMonitoring();
+    m_workspace.bringToFront(chess);
+    EXPECT_TRUE(m_workspace.app(chess).terminated);
+    m_workspace.bringToFront(chess);
+    EXPECT_THAT(told(chess), ElementsAre("terminate")) << "the second one too";
+    EXPECT_THAT(m_windows.blockModals, SizeIs(1));
+}
+
+TEST_F(Monitor, screenThatTakesAnothersPlaceLetsNothingGo)
+{
+    blockSites({"casino.example"});
+    visit("http://casino.example/");
+    configure({.customBlockedBundleIds = {chess}, .blockedDomains = {"casino.example"}});
+    m_workspace.bringToFront(chess);
+    EXPECT_EQ(screen().variant, MacBlockVariant::app);
+    m_workspace.bringToFront(firefox);
+    m_time.advance(2s);
+    EXPECT_EQ(screen().variant, MacBlockVariant::website) << "the site is blocked as before";
+    m_workspace.bringToFront(chess);
+    EXPECT_EQ(screen().variant, MacBlockVariant::app) << "and so is the app";
 }
 
 TEST_F(Monitor, hiddenAppIsQuitOnlyWhenItIsForbidden)

@@ -5,6 +5,7 @@
 #include <QBitmap>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QPointer>
 #include <QQuickItem>
 #include <QScreen>
 
@@ -66,7 +67,10 @@ public:
         setColor(isComposited ? tokens().clear : tokens().sgBgPrimary);
         resize(narrowest, narrowest);
         stillgate::show(m_screen, *this);
-        const auto fit = [this, &target, isComposited] { fitContent(target, isComposited); };
+        // A monitor may be switched off meanwhile.
+        const auto fit = [this, screen = QPointer{&target}, isComposited] {
+            fitContent(screen ? *screen : *QGuiApplication::primaryScreen(), isComposited);
+        };
         connect(rootObject(), &QQuickItem::implicitHeightChanged, this, fit);
         connect(rootObject(), &QQuickItem::implicitWidthChanged, this, fit);
         fit();

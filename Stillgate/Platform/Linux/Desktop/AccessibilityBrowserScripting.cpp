@@ -1,5 +1,7 @@
 #include "Platform/Linux/Desktop/AccessibilityBrowserScripting.h"
 
+#include "Platform/WebAddress.h"
+
 #include <QCoroDBusPendingCall>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -159,9 +161,11 @@ AccessibilityBrowserScripting::AccessibilityBrowserScripting(Log& log)
 
 Task<> AccessibilityBrowserScripting::connect()
 {
-    if (m_isConnecting || m_bus)
+    if (m_isConnecting)
         co_return;
     m_isConnecting = true;
+    m_bus.reset();
+    QDBusConnection::disconnectFromBus(connectionName);
     const auto on = QVariant::fromValue(QDBusVariant{true});
     const QDBusPendingCall switching =
         askLauncher("org.freedesktop.DBus.Properties", "Set", {"org.a11y.Status", "IsEnabled", on});
@@ -173,18 +177,21 @@ Task<> AccessibilityBrowserScripting::connect()
     const auto bus = QDBusConnection::connectToBus(address, connectionName);
     if (bus.isConnected())
         m_bus = bus;
-    else
+    else if (!std::exchange(m_isKnownToBeAbsent, true))
         m_log.write("[Workspace] No accessibility bus: what browsers show is not seen");
 }
 
 bool AccessibilityBrowserScripting::canAsk(std::string_view bundleIdentifier) const
 {
-    return m_bus && std::ranges::find(askableBrowsers, bundleIdentifier) != std::end(askableBrowsers);
+    return std::ranges::find(askableBrowsers, bundleIdentifier) != std::end(askableBrowsers);
 }
 
 Task<std::optional<std::string>> AccessibilityBrowserScripting::addressOfFrontTab(
     std::shared_ptr<RunningApplication> browser)
 {
+    // THREAT: the bus is the user's own to end.
+    if (!m_bus || !m_bus->isConnected())
+        co_await connect();
     if (!m_bus)
         co_return std::nullopt;
     const auto title = browser->frontWindowTitle().value_or("");
@@ -197,7 +204,7 @@ Task<std::optional<std::string>> AccessibilityBrowserScripting::addressOfFrontTa
     auto address = co_await document->documentAddress();
     if (address && isErrorPage(*address))
         address = co_await addressBarText(*window);
-    co_return address;
+    co_return address.transform(addressOfPage);
 }
 
 Task<std::optional<AccessibleObject>> AccessibilityBrowserScripting::programOf(int process)

@@ -25,6 +25,7 @@ private:
     Log& m_log;
     std::optional<QDBusConnection> m_bus; ///< none: there is none, or it isn't known yet
     bool m_isConnecting = false;
+    bool m_isKnownToBeAbsent = false;
 };
 
 } // namespace stillgate

@@ -1,10 +1,9 @@
 #include "Platform/Linux/Desktop/X11Application.h"
 
-#include "Platform/Linux/FileDescriptor.h"
-
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -20,6 +19,12 @@ constexpr uint32_t atAnUnknownMoment = 0; // XCB_CURRENT_TIME
 
 /// A window that comes so soon after its app was hidden was on its way, and goes the way of the others.
 constexpr std::chrono::seconds stillHiding{2};
+
+bool hasEnded(const FileDescriptor& process)
+{
+    pollfd ended{.fd = process.number(), .events = POLLIN, .revents = 0};
+    return ::poll(&ended, 1, 0) == 1;
+}
 
 } // namespace
 
@@ -53,26 +58,33 @@ void X11Application::terminate()
 
 void X11Application::forceTerminate()
 {
-    const auto windows = m_windows; // an answer may be an event that changes them
-    for (const auto& [number, window] : windows) {
-        if (!killOwner(number))
+    for (const auto& [number, window] : m_windows) {
+        if (!m_processes.contains(window.processIdentifier))
             xcb_kill_client(m_connection->xcb(), number);
     }
     m_connection->flush();
+    for (const auto& [number, process] : m_processes)
+        ::syscall(SYS_pidfd_send_signal, process.number(), SIGKILL, nullptr, 0);
+}
+
+bool X11Application::isTerminated() const
+{
+    return !hasWindows() &&
+        std::ranges::all_of(m_processes, [](const auto& process) { return hasEnded(process.second); });
 }
 
 /// THREAT: between the moment at which the number of a process is read and the one at which a signal goes out, it may
 /// have become a stranger's. The descriptor is taken first: if its process still owns the window afterwards, it is the
 /// right one, and the descriptor never means another.
-bool X11Application::killOwner(xcb_window_t window) const
+void X11Application::watchProcess(xcb_window_t window, int process)
 {
-    const int process = m_connection->processOf(window);
-    if (process <= 0 || process == ::getpid())
-        return false;
-    const FileDescriptor descriptor{static_cast<int>(::syscall(SYS_pidfd_open, process, 0))};
+    if (process <= 0 || process == ::getpid() || m_processes.contains(process))
+        return;
+    FileDescriptor descriptor{static_cast<int>(::syscall(SYS_pidfd_open, process, 0))};
     if (!descriptor.isOpen() || m_connection->processOf(window) != process)
-        return false;
-    return ::syscall(SYS_pidfd_send_signal, descriptor.number(), SIGKILL, nullptr, 0) == 0;
+        return;
+    std::erase_if(m_processes, [](const auto& other) { return hasEnded(other.second); });
+    m_processes.emplace(process, std::move(descriptor));
 }
 
 std::optional<std::string> X11Application::frontWindowTitle() const
@@ -84,13 +96,18 @@ std::optional<std::string> X11Application::frontWindowTitle() const
 
 std::optional<ScreenRectangle> X11Application::frame() const
 {
-    return m_frontWindow != XCB_WINDOW_NONE ? m_connection->rectangleOf(m_frontWindow) : std::nullopt;
+    if (m_frontWindow != XCB_WINDOW_NONE)
+        return m_connection->rectangleOf(m_frontWindow);
+    // None was in front yet.
+    const auto shown = std::ranges::find_if(m_windows, [](const auto& window) { return !window.second.isIconic; });
+    return shown != m_windows.end() ? m_connection->rectangleOf(shown->first) : std::nullopt;
 }
 
 void X11Application::putWindow(xcb_window_t number, Window window)
 {
     if (m_windows.empty())
         m_processIdentifier = window.processIdentifier;
+    watchProcess(number, window.processIdentifier);
     const bool wasOnItsWay =
         !m_windows.contains(number) && !window.isIconic && std::chrono::steady_clock::now() - m_hiddenAt < stillHiding;
     m_windows[number] = window;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/Desktop/X11Connection.h"
+#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Workspace.h"
 
 #include <chrono>
@@ -10,7 +11,8 @@
 namespace stillgate
 {
 
-/// An app with windows on an X11 desktop. One whose windows are all gone has ended, as far as this desktop can tell.
+/// An app with windows on an X11 desktop. It has ended when its windows and its processes are gone; one that takes its
+/// windows away and goes on, in the status area for example, has not.
 class X11Application final : public RunningApplication
 {
 public:
@@ -45,7 +47,7 @@ public:
     /// desktop.
     void forceTerminate() override;
 
-    [[nodiscard]] bool isTerminated() const override { return !hasWindows(); }
+    [[nodiscard]] bool isTerminated() const override;
 
     [[nodiscard]] std::optional<std::string> frontWindowTitle() const override;
     [[nodiscard]] std::optional<ScreenRectangle> frame() const override;
@@ -61,7 +63,7 @@ public:
 
 private:
     void hide(xcb_window_t window);
-    [[nodiscard]] bool killOwner(xcb_window_t window) const;
+    void watchProcess(xcb_window_t window, int process);
 
     std::shared_ptr<X11Connection> m_connection;
     std::optional<std::string> m_identifier;
@@ -69,6 +71,7 @@ private:
     int m_processIdentifier = 0;
     xcb_window_t m_frontWindow = XCB_WINDOW_NONE; ///< the one that was in front last
     std::map<xcb_window_t, Window> m_windows;
+    std::map<int, FileDescriptor> m_processes; ///< that have or had windows; pidfd_open(2)
     std::chrono::steady_clock::time_point m_hiddenAt;
 };
 

@@ -39,8 +39,8 @@ public:
             m_connection->answer(m_connection->ask(m_connection->root(), m_connection->atoms().activeWindow)));
         if (active.empty() || active.front() == XCB_WINDOW_NONE)
             return;
-        constexpr uint32_t sentByThePager = 2;
-        m_connection->askWindowManager(active.front(), m_connection->atoms().activeWindow, {sentByThePager});
+        // Not by way of the window manager: that would bring back an app that has just been hidden.
+        xcb_set_input_focus(m_connection->xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, active.front(), XCB_CURRENT_TIME);
         m_connection->flush();
     }
 

@@ -110,9 +110,11 @@ void X11Workspace::updateDesktop()
 
     m_active = active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
     m_listed = {list.begin(), list.end()};
+    auto known = m_listed;
+    // It may not be listed yet, or never be.
     if (m_active != XCB_WINDOW_NONE)
-        m_listed.insert(m_active);
-    for (const auto window : m_listed) {
+        known.insert(m_active);
+    for (const auto window : known) {
         if (m_windows.contains(window))
             continue;
         // Before the questions, so that no change is missed.
@@ -135,11 +137,15 @@ void X11Workspace::updateWindows()
 }
 
 /// A window that the window manager lists no more is gone once it is destroyed or withdrawn: a window manager that
-/// starts anew lists none for a while.
+/// starts anew lists none for a while. One that was withdrawn may be called active still; where nobody manages windows,
+/// that is all that is said of one.
 void X11Workspace::updateWindow(xcb_window_t window, const std::optional<X11WindowFacts>& facts)
 {
-    if (!facts || (!facts->isManaged && !m_listed.contains(window)))
+    const bool isActiveOne = window == m_active && !m_managed.contains(window);
+    if (!facts || (!facts->isManaged && !m_listed.contains(window) && !isActiveOne))
         return removeWindow(window);
+    if (facts->isManaged)
+        m_managed.insert(window);
     const auto application = runningApplication(*facts);
     application->putWindow(window, {facts->processIdentifier, facts->isIconic});
     const auto before = std::exchange(m_windows[window], application);
@@ -151,6 +157,7 @@ void X11Workspace::updateWindow(xcb_window_t window, const std::optional<X11Wind
 
 void X11Workspace::removeWindow(xcb_window_t window)
 {
+    m_managed.erase(window);
     const auto found = m_windows.find(window);
     if (found == m_windows.end())
         return;

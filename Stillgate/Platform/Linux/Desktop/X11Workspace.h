@@ -67,7 +67,8 @@ private:
 
     bool m_desktopIsOutdated = true; ///< the list of windows, or which one is active
     std::set<xcb_window_t> m_outdatedWindows;
-    std::set<xcb_window_t> m_listed; ///< those that the window manager tells of
+    std::set<xcb_window_t> m_listed;  ///< those that the window manager tells of
+    std::set<xcb_window_t> m_managed; ///< that a window manager has or had
     xcb_window_t m_active = XCB_WINDOW_NONE;
     std::map<xcb_window_t, Application> m_windows;
     std::map<ApplicationKey, Application> m_running;
