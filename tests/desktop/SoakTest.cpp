@@ -10,7 +10,6 @@
 namespace stillgate::test
 {
 
-
 /// Somebody who damages what they can, as root could, and a machine that breaks: at random moments, as often as
 /// STILLGATE_SOAK_DAMAGES and STILLGATE_SOAK_KILLS say. `./dev soak` runs it for long.
 class Soak : public InstalledProgramTest
