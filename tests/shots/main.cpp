@@ -13,6 +13,7 @@
 #include <QGuiApplication>
 #include <QProcess>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -33,12 +34,15 @@ QString nameOf(const Scene& scene, WindowSize size)
 /// What Qt has complained about since the last call, such as a binding that goes in circles.
 QStringList takeWarnings()
 {
+    // What a screen that isn't there can't do, and a picture that a scene leaves out.
+    static constexpr const char* ofNoMatter[] = {
+        "does not support raise()", "does not support setting window masks", "Cannot open: file:///nowhere"};
     static QStringList warnings;
     static const auto previous =
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             if (type == QtFatalMsg)
                 std::fprintf(stderr, "%s\n", qUtf8Printable(text));
-            else if (!text.contains("does not support raise()") && !text.contains("Cannot open: file:///nowhere"))
+            else if (std::ranges::none_of(ofNoMatter, [&](const char* part) { return text.contains(part); }))
                 warnings << text;
         });
     Q_UNUSED(previous)

@@ -109,7 +109,9 @@ public:
 private:
     void collect(const QQuickItem& item)
     {
-        if (!item.isVisible() || item.opacity() <= 0)
+        // A page that can't be used lies below a question that has to be answered first.
+        const bool isCovered = item.inherits("QQuickFlickable") && !item.isEnabled();
+        if (!item.isVisible() || item.opacity() <= 0 || isCovered)
             return;
         if (isShownContent(item))
             m_contents.push_back(contentOf(item));
