@@ -1,4 +1,5 @@
 #include "Blocking/HostsEntries.h"
+#include "Platform/HostsBlock.h"
 #include "tests/desktop/InstalledProgram.h"
 
 #include <QThread>
@@ -9,6 +10,8 @@
 
 namespace stillgate::test
 {
+
+using testing::IsEmpty;
 
 /// Somebody who damages what they can, as root could, and a machine that breaks: at random moments, as often as
 /// STILLGATE_SOAK_DAMAGES and STILLGATE_SOAK_KILLS say. `./dev soak` runs it for long.
@@ -57,7 +60,9 @@ protected:
     /// In their order; a damaged block may leave lines of its own among them.
     [[nodiscard]] bool hasEveryLineOfTheUser() const
     {
-        const auto text = hosts();
+        // Where a copied block followed at once, the last line's end has gone with the block: nothing tells whose it
+        // was.
+        const auto text = hosts() + '\n';
         std::size_t position = 0;
         for (const auto& line : m_lines) {
             position = text.find(line + '\n', position);
@@ -161,7 +166,8 @@ TEST_F(Soak, damagesAndKillsLeaveTheMachineEnforcedAndThenRestored)
     }
     EXPECT_EQ(program().terminate(), 0);
     EXPECT_EQ(shell(STILLGATE_PROGRAMS "/stillgate-guard --restore; echo $?"), "0\n");
-    EXPECT_FALSE(hosts().contains("Stillgate"));
+    // A marker that lost its other half is a line like any other by now, and stays.
+    EXPECT_THAT(hostsBlockNames(hosts(), {}), IsEmpty()) << hosts();
     EXPECT_TRUE(hasEveryLineOfTheUser()) << hosts();
     EXPECT_EQ(shell("nft list ruleset; ls /var/lib/stillgate /var/lib/stillgate-dnsproxy 2>/dev/null"), "");
 }
