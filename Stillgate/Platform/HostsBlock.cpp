@@ -109,14 +109,16 @@ Block blockAt(std::string_view text, Span startLine, std::string_view hostName)
     return {{startLine.begin, end}, {startLine.end, end}};
 }
 
-/// With the line feed ahead of the block, unless it ends a line of the user's that another one follows.
+/// With the line feed ahead of the block, unless it ends a line of the user's that another one follows, or that a copy
+/// of the block follows: only of a block that stands alone is it known that the line had no end of its own.
 Span withFeedAhead(std::string_view text, Span block)
 {
     if (block.begin == 0)
         return block;
     const auto feed = block.begin - 1;
     const bool isEmptyLine = feed == 0 || text[feed - 1] == '\n';
-    if (isEmptyLine || block.end == text.size())
+    const bool standsAlone = text.find(hostsMarker) == text.rfind(hostsMarker);
+    if (isEmptyLine || (standsAlone && block.end == text.size()))
         return {feed, block.end};
     return block;
 }

@@ -98,4 +98,11 @@ TEST(HostsBlock, namesAreReadFromTheBlocksAlone)
     EXPECT_THAT(hostsBlockNames(text, hostName), ElementsAre("x.example", "y.example", "a"));
 }
 
+TEST(HostsBlock, copyTakesNoLineFeedOfTheUsers)
+{
+    const std::string block = "# Stillgate Protected Sites\n127.0.0.1 a.example\n# End Stillgate\n";
+    EXPECT_EQ(withoutHostsBlocks("one\n\n" + block + "two\n" + block, {}), "one\ntwo\n");
+    EXPECT_EQ(withoutHostsBlocks("one\n" + block, {}), "one") << "it had no end of its own";
+}
+
 } // namespace stillgate
