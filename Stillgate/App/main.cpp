@@ -161,9 +161,17 @@ struct Program
     }
 };
 
+/// Qt calls exit() when the X server is gone. That destroys what other threads still work with; but first what belongs
+/// to the calling thread, and there it ends.
+struct EndBeforeTheStatics
+{
+    ~EndBeforeTheStatics() { std::_Exit(EXIT_FAILURE); }
+};
+
 /// Requests may be under way, and Qt would wait for the look-up of a name, which nothing can cut short.
 [[noreturn]] void runUntilQuit()
 {
+    thread_local const EndBeforeTheStatics end;
     std::quick_exit(QCoreApplication::exec());
 }
 
