@@ -79,6 +79,12 @@ std::int64_t ScreenTimeTracker::minutesToday()
     return todayTotal;
 }
 
+UsageTracker::AppUsage ScreenTimeTracker::usageToday()
+{
+    countUntilNow();
+    return appUsage;
+}
+
 /// Before every look at the count. Where nobody had looked since midnight, a report would tell yesterday's total as
 /// today's; the backend keeps the largest of a day, and would lock the user out for all of it.
 void ScreenTimeTracker::countUntilNow()

@@ -12,7 +12,6 @@
 
 #include <QProperty>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,8 +27,6 @@ namespace stillgate
 class ScreenTimeTracker final : public UsageTracker
 {
 public:
-    using AppUsage = std::map<std::string, std::int64_t>;
-
     ScreenTimeTracker(Workspace& workspace, Clock& clock, Scheduler& scheduler, FileManager& files, Host& host,
         UserDefaults& defaults, Backend& backend, Log& log);
 
@@ -40,6 +37,7 @@ public:
     void stopTracking() override;
 
     [[nodiscard]] std::int64_t minutesToday() override;
+    [[nodiscard]] AppUsage usageToday() override;
 
     /// The whole day up to now, with the 50 apps that were used most. A failure is logged; the next report makes up
     /// for it.

@@ -3,6 +3,8 @@
 #include "Platform/Task.h"
 
 #include <cstdint>
+#include <map>
+#include <string>
 
 namespace stillgate
 {
@@ -11,6 +13,8 @@ namespace stillgate
 class UsageTracker
 {
 public:
+    using AppUsage = std::map<std::string, std::int64_t>; ///< seconds, by bundle identifier
+
     virtual ~UsageTracker() = default;
 
     /// A second start does nothing.
@@ -19,6 +23,9 @@ public:
 
     /// Minutes of screen time up to this moment, of the day that it belongs to: never those of a day that has ended.
     [[nodiscard]] virtual std::int64_t minutesToday() = 0;
+
+    /// The same by app.
+    [[nodiscard]] virtual AppUsage usageToday() = 0;
 
     /// Sends the day in detail; a failure to is no concern of the caller.
     [[nodiscard]] virtual Task<> reportToBackend() = 0;

@@ -60,6 +60,8 @@ public:
 
     [[nodiscard]] std::int64_t minutesToday() override { return minutes; }
 
+    [[nodiscard]] AppUsage usageToday() override { return usage; }
+
     Task<> reportToBackend() override
     {
         ++reports;
@@ -68,6 +70,7 @@ public:
 
     bool isTracking = false;
     std::int64_t minutes = 0;
+    AppUsage usage;
     int reports = 0;
 };
 

@@ -178,6 +178,8 @@ TEST_F(ScreenTime, suspendedMachineCountsNothingAndWakesUpToItsOwnDay)
     EXPECT_THAT(report().appUsage.value(), IsEmpty());
     m_time.advance(60s);
     EXPECT_THAT(tracker().appUsage.value(), ElementsAre(Pair("org.chess", 60)));
+    m_time.advance(15s);
+    EXPECT_THAT(tracker().usageToday(), ElementsAre(Pair("org.chess", 75)));
 }
 
 TEST_F(ScreenTime, clockThatIsSetNeitherMakesNorLosesTime)
