@@ -253,6 +253,15 @@ Task<> AppState::leaveBackend()
     (void)co_await disabling;
 }
 
+Task<Result<void>> AppState::deleteAccount()
+{
+    const auto session = m_session.token();
+    auto answer = co_await m_services.backend.deleteAccount();
+    if (answer && !session.isCancelled())
+        logout();
+    co_return answer;
+}
+
 /// A notification comes from within an operation of the backend, which is not yet done with the session.
 void AppState::logoutSoon()
 {

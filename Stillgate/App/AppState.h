@@ -49,8 +49,17 @@ public:
     /// Ends the session, with its blocks. What the session still waits for is cancelled, and changes nothing more.
     void logout();
 
+    /// Deletes the account and all that the backend keeps of it; then it signs out.
+    [[nodiscard]] Task<Result<void>> deleteAccount();
+
     /// Compiles the rules as they stand and hands the result to what enforces it.
     void syncBlockingState();
+
+    /// Writes the session as it stands to the cache, from which the next start takes it.
+    void saveToCache() { m_cache.save(*this); }
+
+    /// Cancelled when the session ends.
+    [[nodiscard]] CancellationToken sessionToken() const { return m_session.token(); }
 
 private:
     [[nodiscard]] Task<> startSession();

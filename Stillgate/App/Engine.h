@@ -1,12 +1,14 @@
 #pragma once
 
 #include "App/BlockModalWindowController.h"
+#include "App/OwnRules.h"
 #include "App/ServiceRunner.h"
 #include "Backend/APIService.h"
 #include "Backend/SecureSession.h"
 #include "Blocking/DNSProxyManager.h"
 #include "Blocking/HostsFileRepair.h"
 #include "Blocking/ProcessMonitorService.h"
+#include "Platform/UserNotifications.h"
 #include "Platform/Workspace.h"
 #include "ScreenTime/ScreenTimeTracker.h"
 
@@ -29,6 +31,7 @@ struct Machine
     BrowserScripting& browsers;
     SystemExtensions& systemExtensions;
     DNSProxyPreferences& dnsProxyPreferences;
+    UserNotifications& userNotifications;
 };
 
 /// One of every service, put together. What a window shows, and what runs without any, is the same.
@@ -44,8 +47,8 @@ struct Engine
     HostsFileService hostsFile{machine.hostsFileWriter, machine.files, machine.defaults, machine.host, machine.log};
     HostsFileRepair hostsFileRepair{hostsFile, machine.files, machine.scheduler, machine.log};
     BlockModalWindowController blockModal{backend};
-    ProcessMonitorService monitor{
-        {machine.workspace, machine.browsers, blockModal, machine.clock, machine.scheduler, machine.host}};
+    ProcessMonitorService monitor{{machine.workspace, machine.browsers, blockModal, hostsFile,
+        machine.userNotifications, machine.clock, machine.scheduler, machine.host}};
     ScreenTimeTracker tracker{machine.workspace, machine.clock, machine.scheduler, machine.files, machine.host,
         machine.defaults, backend, machine.log};
     DNSProxyManager dnsProxy{machine.systemExtensions, machine.dnsProxyPreferences, machine.log};
@@ -64,6 +67,7 @@ struct Engine
         .defaults = machine.defaults,
     };
     AppState state{services};
+    OwnRules ownRules{state, backend, machine.log};
     ServiceRunner runner{state, services};
 };
 

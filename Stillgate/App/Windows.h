@@ -17,6 +17,8 @@ struct WindowDescription
     std::string_view title;
     int width;  ///< of the content, in device-independent pixels
     int height; ///< likewise
+    int minimumWidth = 360;
+    int minimumHeight = 360;
 };
 
 /// A window on the screen; destroying it closes it.

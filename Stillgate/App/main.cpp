@@ -23,6 +23,8 @@
 #include "Platform/Linux/LinuxScheduler.h"
 #include "Platform/Linux/ScriptHostsFileWriter.h"
 #include "Platform/Linux/Shell/BusSingleInstance.h"
+#include "Platform/Linux/Shell/BusUserNotifications.h"
+#include "Platform/Linux/Shell/ClipboardPasteboard.h"
 #include "Platform/Linux/Shell/PortalDisplayPreferences.h"
 #include "Platform/Linux/Shell/QuitRequests.h"
 #include "Platform/Linux/Shell/TrayStatusItem.h"
@@ -87,6 +89,7 @@ struct LinuxMachine
     DesktopEntries desktopEntries{DesktopEntries::standardDataFolders()};
     std::unique_ptr<Workspace> workspace = workspaceOn(desktopEntries, scheduler, log);
     AccessibilityBrowserScripting browsers{log};
+    BusUserNotifications userNotifications;
     LocalizationManager texts{bundle, files, defaults, host};
 
     LinuxMachine()
@@ -109,7 +112,8 @@ struct LinuxMachine
             .workspace = *workspace,
             .browsers = browsers,
             .systemExtensions = hasGuard ? static_cast<SystemExtensions&>(guardDNSProxy) : absentDNSProxy,
-            .dnsProxyPreferences = hasGuard ? static_cast<DNSProxyPreferences&>(guardDNSProxy) : absentDNSProxy};
+            .dnsProxyPreferences = hasGuard ? static_cast<DNSProxyPreferences&>(guardDNSProxy) : absentDNSProxy,
+            .userNotifications = userNotifications};
     }
 
 private:
@@ -321,8 +325,26 @@ int runDesktop(int argc, char** argv)
     const auto stacking = windowStackingOn(machine.scheduler);
     AppDelegate* delegatePointer = nullptr;
     const auto terminate = [&delegatePointer] { delegatePointer->terminate(); };
-    QuickWindows windows{{engine->state, authorization, machine.workspace, machine.bundle, machine.notifications,
-        displayPreferences, machine.clock, machine.host, *stacking, terminate}};
+    ClipboardPasteboard pasteboard;
+    QuickWindows windows{{
+        .state = engine->state,
+        .deviceAuthorization = authorization,
+        .ownRules = engine->ownRules,
+        .backend = engine->backend,
+        .monitor = engine->monitor,
+        .tracker = engine->tracker,
+        .workspace = machine.workspace,
+        .bundle = machine.bundle,
+        .files = machine.files,
+        .notifications = machine.notifications,
+        .pasteboard = pasteboard,
+        .displayPreferences = displayPreferences,
+        .clock = machine.clock,
+        .scheduler = machine.scheduler,
+        .host = machine.host,
+        .stacking = *stacking,
+        .quit = terminate,
+    }};
     engine->blockModal.showIn(windows);
     AppDelegate delegate{engine->state,
         {engine->runner, machine.notifications, machine.scheduler, statusItem, windows,

@@ -33,25 +33,25 @@ public:
     [[nodiscard]] Task<Result<DeviceCodeResponse>> requestDeviceCode() override;
     [[nodiscard]] Task<Result<DeviceCodePollResponse>> pollDeviceCode(std::string deviceCode) override;
     [[nodiscard]] Task<Result<SGUser>> getMe(CancellationToken token) override;
-    [[nodiscard]] Task<Result<UserDataExport>> exportUserData();
-    [[nodiscard]] Task<Result<void>> deleteAccount();
+    [[nodiscard]] Task<Result<UserDataExport>> exportUserData() override;
+    [[nodiscard]] Task<Result<void>> deleteAccount() override;
     [[nodiscard]] Task<Result<AppConfig>> getAppConfig() override;
 
     // Blocking.
     [[nodiscard]] Task<Result<std::vector<BlockRule>>> getBlockRules(CancellationToken token) override;
     [[nodiscard]] Task<Result<EffectiveRulesResponse>> getEffectiveRules(CancellationToken token) override;
-    [[nodiscard]] Task<Result<BlockRule>> createBlockRule(BlockRule rule);
-    [[nodiscard]] Task<Result<void>> deleteBlockRule(std::string id);
+    [[nodiscard]] Task<Result<BlockRule>> createBlockRule(BlockRule rule) override;
+    [[nodiscard]] Task<Result<void>> deleteBlockRule(std::string id) override;
     [[nodiscard]] Task<Result<std::vector<BlockSchedule>>> getSchedules(CancellationToken token) override;
-    [[nodiscard]] Task<Result<BlockSchedule>> createSchedule(BlockSchedule schedule);
-    [[nodiscard]] Task<Result<void>> deleteSchedule(std::string id);
+    [[nodiscard]] Task<Result<BlockSchedule>> createSchedule(BlockSchedule schedule) override;
+    [[nodiscard]] Task<Result<void>> deleteSchedule(std::string id) override;
 
     // Devices and statistics.
     [[nodiscard]] Task<Result<std::vector<SGDevice>>> getDevices(CancellationToken token) override;
     [[nodiscard]] Task<Result<SGDevice>> registerDevice(std::string name, std::string platform);
     [[nodiscard]] Task<Result<void>> sendHeartbeat(std::string deviceId, std::int64_t blockedAttempts) override;
     [[nodiscard]] Task<Result<Streak>> getStreak(CancellationToken token) override;
-    [[nodiscard]] Task<Result<ScreenTimeReport>> getScreenTimeReport(std::string period);
+    [[nodiscard]] Task<Result<ScreenTimeReport>> getScreenTimeReport(std::string period) override;
     [[nodiscard]] Task<Result<void>> sendDailyScreenTime(DailyScreenTime day) override;
 
     // Sharing and guardians.
@@ -81,11 +81,11 @@ public:
     [[nodiscard]] Task<Result<std::vector<SGTask>>> getTasks(
         std::optional<std::string> role, CancellationToken token) override;
     [[nodiscard]] Task<Result<std::vector<TaskTemplate>>> getTaskTemplates();
-    [[nodiscard]] Task<Result<SGTask>> createTask(CreateTaskBody body);
-    [[nodiscard]] Task<Result<SGTask>> completeTask(std::string id, std::optional<TaskProof> proof);
-    [[nodiscard]] Task<Result<SGTask>> approveTask(std::string id);
-    [[nodiscard]] Task<Result<SGTask>> rejectTask(std::string id, std::optional<std::string> reason);
-    [[nodiscard]] Task<Result<std::vector<GroupDashboardEntry>>> getGroupDashboard(std::string groupId);
+    [[nodiscard]] Task<Result<SGTask>> createTask(CreateTaskBody body) override;
+    [[nodiscard]] Task<Result<SGTask>> completeTask(std::string id, std::optional<TaskProof> proof) override;
+    [[nodiscard]] Task<Result<SGTask>> approveTask(std::string id) override;
+    [[nodiscard]] Task<Result<SGTask>> rejectTask(std::string id, std::optional<std::string> reason) override;
+    [[nodiscard]] Task<Result<std::vector<GroupDashboardEntry>>> getGroupDashboard(std::string groupId) override;
     [[nodiscard]] Task<Result<std::vector<LeaderboardEntry>>> getLeaderboardStreak(std::string groupId);
     [[nodiscard]] Task<Result<std::vector<LeaderboardEntry>>> getLeaderboardFocus(
         std::string groupId, std::string period);

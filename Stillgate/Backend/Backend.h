@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Account.h"
+#include "Models/Groups.h"
 #include "Models/Result.h"
 #include "Models/ScreenTime.h"
 #include "Models/Session.h"
@@ -61,6 +62,22 @@ public:
     /// `eventType`: "app_deletion_attempt", "bypass_attempt".
     [[nodiscard]] virtual Task<Result<void>> reportTampering(
         std::string eventType, std::optional<std::string> details) = 0;
+
+    // What the user does on the screens. An answer that is a record is the server's version of it.
+    [[nodiscard]] virtual Task<Result<BlockRule>> createBlockRule(BlockRule rule) = 0;
+    [[nodiscard]] virtual Task<Result<void>> deleteBlockRule(std::string id) = 0;
+    [[nodiscard]] virtual Task<Result<BlockSchedule>> createSchedule(BlockSchedule schedule) = 0;
+    [[nodiscard]] virtual Task<Result<void>> deleteSchedule(std::string id) = 0;
+    [[nodiscard]] virtual Task<Result<SGTask>> createTask(CreateTaskBody body) = 0;
+    [[nodiscard]] virtual Task<Result<SGTask>> completeTask(std::string id, std::optional<TaskProof> proof) = 0;
+    [[nodiscard]] virtual Task<Result<SGTask>> approveTask(std::string id) = 0;
+    [[nodiscard]] virtual Task<Result<SGTask>> rejectTask(std::string id, std::optional<std::string> reason) = 0;
+    [[nodiscard]] virtual Task<Result<std::vector<GroupDashboardEntry>>> getGroupDashboard(std::string groupId) = 0;
+    /// `period`: "week", "month".
+    [[nodiscard]] virtual Task<Result<ScreenTimeReport>> getScreenTimeReport(std::string period) = 0;
+    [[nodiscard]] virtual Task<Result<UserDataExport>> exportUserData() = 0;
+    /// The account, for good.
+    [[nodiscard]] virtual Task<Result<void>> deleteAccount() = 0;
 };
 
 } // namespace stillgate

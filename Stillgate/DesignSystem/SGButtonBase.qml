@@ -10,6 +10,7 @@ T.AbstractButton {
 
     required property string title
     property bool isFullWidth: false
+    property bool isCompact: false // beside a heading, or in a row
     property color textColor: Tokens.sgTextPrimary
 
     // How it looks, and so what a picture of it can pretend.
@@ -18,9 +19,9 @@ T.AbstractButton {
 
     text: title
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
-    implicitHeight: Math.max(44, implicitContentHeight + topPadding + bottomPadding)
-    horizontalPadding: Tokens.space16
-    verticalPadding: 10
+    implicitHeight: Math.max(isCompact ? 34 : 44, implicitContentHeight + topPadding + bottomPadding)
+    horizontalPadding: isCompact ? Tokens.space12 : Tokens.space16
+    verticalPadding: isCompact ? 6 : 10
     opacity: enabled ? 1 : 0.5
     Layout.fillWidth: true
     Layout.maximumWidth: isFullWidth ? Infinity : implicitWidth
@@ -38,13 +39,14 @@ T.AbstractButton {
 
         SGIcon {
             symbol: root.icon.name
-            size: 14
+            size: root.isCompact ? 12 : 14
             color: root.textColor
             visible: symbol !== ""
         }
 
         SGText {
-            style: Styles.ButtonTitle
+            style: root.isCompact ? Styles.Body : Styles.ButtonTitle
+            font.weight: root.isCompact ? Font.Medium : Font.DemiBold
             text: root.title
             color: root.textColor
             horizontalAlignment: Text.AlignHCenter

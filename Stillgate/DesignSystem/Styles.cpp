@@ -57,9 +57,11 @@ constexpr struct
 } textFaces[] = {
     {Styles::TextStyle::Hero, 28, QFont::Bold, -0.4, 36, &Tokens::sgTextPrimary},
     {Styles::TextStyle::Title, 20, QFont::DemiBold, -0.2, 26, &Tokens::sgTextPrimary},
+    {Styles::TextStyle::Figure, 22, QFont::DemiBold, -0.2, 28, &Tokens::sgTextPrimary},
     {Styles::TextStyle::ButtonTitle, 16, QFont::DemiBold, 0, 22, &Tokens::sgTextPrimary},
     {Styles::TextStyle::Body, 14, QFont::Normal, 0, 20, &Tokens::sgTextPrimary},
     {Styles::TextStyle::BodySmall, 13, QFont::Normal, 0, 18, &Tokens::sgTextSecondary},
+    {Styles::TextStyle::Caption, 12, QFont::Normal, 0, 16, &Tokens::sgTextSecondary},
     {Styles::TextStyle::Hint, 12, QFont::Normal, 0, 16, &Tokens::sgTextMuted},
     {Styles::TextStyle::Label, 11, QFont::Medium, 0.8, 16, &Tokens::sgTextMuted},
 };

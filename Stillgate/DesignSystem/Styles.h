@@ -76,6 +76,23 @@ public:
     QColor color;
 };
 
+/// One of a few things to choose from. It has a symbol or a glyph, an emoji; it may have a description.
+struct Choice
+{
+    Q_GADGET
+    QML_VALUE_TYPE(choice)
+    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
+    Q_PROPERTY(QString glyph MEMBER glyph CONSTANT)
+    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString description MEMBER description CONSTANT)
+
+public:
+    QString symbol;
+    QString glyph;
+    QString title;
+    QString description;
+};
+
 /// What the components look up by a name or a number.
 class Styles : public QObject
 {
@@ -87,7 +104,7 @@ public:
     enum class ButtonStyle { Primary, Secondary, Outline, Danger, Ghost };
     Q_ENUM(ButtonStyle)
 
-    enum class TextStyle { Hero, Title, ButtonTitle, Body, BodySmall, Hint, Label };
+    enum class TextStyle { Hero, Title, Figure, ButtonTitle, Body, BodySmall, Caption, Hint, Label };
     Q_ENUM(TextStyle)
 
     /// A category or policy that isn't known has a look too: a newer server may send one.

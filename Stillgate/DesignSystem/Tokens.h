@@ -22,6 +22,7 @@ class Tokens : public QObject
     Q_PROPERTY(QColor sgBgPrimary MEMBER sgBgPrimary CONSTANT)
     Q_PROPERTY(QColor sgBgSecondary MEMBER sgBgSecondary CONSTANT)
     Q_PROPERTY(QColor sgBgElevated MEMBER sgBgElevated CONSTANT)
+    Q_PROPERTY(QColor sgBgSidebar MEMBER sgBgSidebar CONSTANT)
     Q_PROPERTY(QColor sgTextPrimary MEMBER sgTextPrimary CONSTANT)
     Q_PROPERTY(QColor sgTextSecondary MEMBER sgTextSecondary CONSTANT)
     Q_PROPERTY(QColor sgTextMuted MEMBER sgTextMuted CONSTANT)
@@ -47,6 +48,13 @@ class Tokens : public QObject
     Q_PROPERTY(QColor sgStreaming MEMBER sgStreaming CONSTANT)
     Q_PROPERTY(QColor sgShopping MEMBER sgShopping CONSTANT)
 
+    Q_PROPERTY(QColor gold MEMBER gold CONSTANT)
+    Q_PROPERTY(QColor green MEMBER green CONSTANT)
+    Q_PROPERTY(QColor blue MEMBER blue CONSTANT)
+    Q_PROPERTY(QColor yellow MEMBER yellow CONSTANT)
+    Q_PROPERTY(QColor cyan MEMBER cyan CONSTANT)
+    Q_PROPERTY(QColor orange MEMBER orange CONSTANT)
+
     Q_PROPERTY(QColor clear MEMBER clear CONSTANT)
     Q_PROPERTY(QColor white MEMBER white CONSTANT)
     Q_PROPERTY(QColor black MEMBER black CONSTANT)
@@ -67,6 +75,7 @@ public:
     const QColor sgBgPrimary = colorFromHex(u"09090B");
     const QColor sgBgSecondary = colorFromHex(u"18181B");
     const QColor sgBgElevated = colorFromHex(u"27272A");
+    const QColor sgBgSidebar = colorFromHex(u"0D0D12");
     const QColor sgTextPrimary = colorFromHex(u"FAFAFA");
     const QColor sgTextSecondary = colorFromHex(u"A1A1AA");
     const QColor sgTextMuted = colorFromHex(u"52525B"); ///< For hints alone: too dark for what has to be read.
@@ -91,6 +100,14 @@ public:
     const QColor sgNews = colorFromHex(u"FBBF24");
     const QColor sgStreaming = colorFromHex(u"F472B6");
     const QColor sgShopping = colorFromHex(u"A78BFA");
+
+    // Of the ladder of streaks.
+    const QColor gold = colorFromHex(u"FFD700");
+    const QColor green = colorFromHex(u"4ADE80");
+    const QColor blue = colorFromHex(u"60A5FA");
+    const QColor yellow = colorFromHex(u"FACC15");
+    const QColor cyan = colorFromHex(u"22D3EE");
+    const QColor orange = colorFromHex(u"FB923C");
 
     const QColor clear = translucentWhite(0);
     const QColor white = translucentWhite(1);

@@ -46,5 +46,7 @@ inline constexpr std::string_view sgCertificatePinningFailed = "sgCertificatePin
 inline constexpr std::string_view sgNavigateToTab = "sgNavigateToTab";
 /// The user wants to sign in.
 inline constexpr std::string_view sgOpenAuthWindow = "sgOpenAuthWindow";
+/// The user wants to set up a quick block; heard by the protection tab while it is shown.
+inline constexpr std::string_view sgShowQuickBlock = "sgShowQuickBlock";
 
 } // namespace stillgate

@@ -6,7 +6,7 @@ namespace stillgate::test
 std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
-    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes()})
+    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), devicesScenes()})
         all.insert(all.end(), scenes.begin(), scenes.end());
     return all;
 }

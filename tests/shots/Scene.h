@@ -21,6 +21,7 @@ struct Scene
 [[nodiscard]] std::vector<Scene> allScenes();
 
 std::span<const Scene> blockScreenScenes();
+std::span<const Scene> devicesScenes();
 std::span<const Scene> gateScenes();
 std::span<const Scene> popoverScenes();
 std::span<const Scene> signInScenes();

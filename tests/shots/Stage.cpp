@@ -12,8 +12,32 @@ namespace stillgate::test
 Stage::Stage()
     : authorization(
           state, backend, [this](const std::string& url) { workspace.open(url); }, time, time, log)
-    , m_windows({state, authorization, workspace, bundle, notifications, preferences, time, host, stacking, [] {}})
+    , m_windows({
+          .state = state,
+          .deviceAuthorization = authorization,
+          .ownRules = ownRules,
+          .backend = backend,
+          .monitor = monitor,
+          .tracker = tracker,
+          .workspace = workspace,
+          .bundle = bundle,
+          .files = files,
+          .notifications = notifications,
+          .pasteboard = pasteboard,
+          .displayPreferences = preferences,
+          .clock = time,
+          .scheduler = time,
+          .host = host,
+          .stacking = stacking,
+          .quit = [] {},
+      })
 {}
+
+void Stage::signIn()
+{
+    state.isAuthenticated = true;
+    state.currentUser = SGUser{.id = "u1", .email = "ada@example.org", .displayName = "Ada Lovelace"};
+}
 
 void Stage::open(std::string_view windowId)
 {
@@ -24,6 +48,12 @@ void Stage::openPopover()
 {
     m_popover = m_windows.makePopover();
     m_popover->show(std::nullopt);
+}
+
+void Stage::openSettings(int tab)
+{
+    m_windows.showSettings();
+    notifications.post(sgNavigateToTab, {{"tab", tab}});
 }
 
 void Stage::openBlockModal(const BlockModal& modal)

@@ -3,6 +3,7 @@
 #include "App/BlockModalWindowController.h"
 #include "App/DeviceAuthorization.h"
 #include "App/ManagedWindows.h"
+#include "Platform/Memory/MemoryPasteboard.h"
 #include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "Views/Windows/QuickWindows.h"
@@ -24,9 +25,13 @@ class Stage
 public:
     Stage();
 
+    /// Somebody with a name.
+    void signIn();
+
     /// A window of the application, in the size that it opens with.
     void open(std::string_view windowId);
     void openPopover();
+    void openSettings(int tab);
     void openBlockModal(const BlockModal& modal);
 
     /// Of the block screen that is open.
@@ -74,6 +79,8 @@ public:
     RecordingTracker tracker;
     RecordingDNSProxy dnsProxy;
     AppState state{{backend, hostsFile, monitor, tracker, dnsProxy, bundle, files, log, notifications, time, defaults}};
+    OwnRules ownRules{state, backend, log};
+    MemoryPasteboard pasteboard;
     DeviceAuthorization authorization;
 
 private:

@@ -1,5 +1,6 @@
-// stillgate-shots FOLDER     draws every screen in every state: FOLDER/<language>/<screen>-<state>[-small][@2x].png
-// stillgate-shots --check    looks for what is wrong with them; fails if anything is
+// stillgate-shots FOLDER [SCREEN]     draws every screen, or that one, in every state:
+//                                     FOLDER/<language>/<screen>-<state>[-small][@2x].png
+// stillgate-shots --check [SCREEN]    looks for what is wrong with them; fails if anything is
 //
 // At the scale QT_SCALE_FACTOR, which has to be set before there is an application; without one, at 1 and at 2.
 
@@ -49,11 +50,22 @@ QStringList takeWarnings()
     return std::exchange(warnings, {});
 }
 
+/// Those of the screen that the command line names, or all.
+std::vector<Scene> chosenScenes()
+{
+    auto scenes = allScenes();
+    if (const auto arguments = QCoreApplication::arguments(); arguments.size() > 2) {
+        const auto screen = arguments[2].toStdString();
+        std::erase_if(scenes, [&](const Scene& scene) { return scene.screen != screen; });
+    }
+    return scenes;
+}
+
 /// Calls `look` with every scene in every size that its window can have.
 template <class Look>
 void lookAtAll(Look look)
 {
-    for (const auto& scene : allScenes()) {
+    for (const auto& scene : chosenScenes()) {
         bool isResizable = false;
         {
             const Showing showing{scene, WindowSize::Opening};
@@ -86,7 +98,7 @@ QStringList findingsIn(const QString& language)
     lookAtAll([&](const Scene& scene, WindowSize size, QQuickWindow& window) {
         note(nameOf(scene, size), layoutFindings(window) + keyboardFindings(window) + takeWarnings());
     });
-    for (const auto& scene : allScenes())
+    for (const auto& scene : chosenScenes())
         note(nameOf(scene, WindowSize::Opening), activationFindings(scene) + takeWarnings());
     return all;
 }
@@ -120,12 +132,12 @@ int runAtOneScale(int argc, char** argv)
     return showOrCheck(argv[1]) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-int runAtEachScale(const QString& program, const QString& argument)
+int runAtEachScale(const QString& program, const QStringList& arguments)
 {
     int status = EXIT_SUCCESS;
     for (const auto* scale : {"1", "2"}) {
         qputenv("QT_SCALE_FACTOR", scale);
-        status |= QProcess::execute(program, {argument});
+        status |= QProcess::execute(program, arguments);
     }
     return status;
 }
@@ -136,11 +148,14 @@ int runAtEachScale(const QString& program, const QString& argument)
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "Usage: stillgate-shots FOLDER | --check\n");
+    if (argc < 2 || argc > 3) {
+        std::fprintf(stderr, "Usage: stillgate-shots FOLDER | --check [SCREEN]\n");
         return EXIT_FAILURE;
     }
     if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
         return stillgate::test::runAtOneScale(argc, argv);
-    return stillgate::test::runAtEachScale(argv[0], argv[1]);
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments << argv[index];
+    return stillgate::test::runAtEachScale(argv[0], arguments);
 }

@@ -35,7 +35,17 @@ public:
     Result<std::vector<SharingConnection>> connections = unreachable();
     Result<EffectiveRulesResponse> effectiveRules = unreachable();
     std::vector<std::int64_t> reportedMinutes;
-    Result<void> accepted = unreachable(); ///< what reports are answered with
+    Result<void> accepted = unreachable(); ///< what reports and deletions are answered with
+
+    std::vector<BlockRule> sentRules;
+    std::vector<BlockSchedule> sentSchedules;
+    std::vector<CreateTaskBody> sentTasks;
+    Result<BlockRule> createdRule = unreachable();
+    Result<BlockSchedule> createdSchedule = unreachable();
+    Result<SGTask> task = unreachable(); ///< what becomes of one that is created, completed, approved or rejected
+    Result<std::vector<GroupDashboardEntry>> group = unreachable();
+    std::map<std::string, Result<ScreenTimeReport>> reports; ///< by period
+    Result<UserDataExport> exported = unreachable();
     /// A call that waits goes on waiting when it is cancelled, and fails when it is released.
     bool isSlowToCancel = false;
 
@@ -150,6 +160,57 @@ public:
     {
         return answer("reportTampering " + eventType + ": " + details.value_or(""), &accepted, {});
     }
+
+    Task<Result<BlockRule>> createBlockRule(BlockRule rule) override
+    {
+        sentRules.push_back(std::move(rule));
+        return answer("createBlockRule", &createdRule, {});
+    }
+
+    Task<Result<void>> deleteBlockRule(std::string id) override
+    {
+        return answer("deleteBlockRule " + id, &accepted, {});
+    }
+
+    Task<Result<BlockSchedule>> createSchedule(BlockSchedule schedule) override
+    {
+        sentSchedules.push_back(std::move(schedule));
+        return answer("createSchedule", &createdSchedule, {});
+    }
+
+    Task<Result<void>> deleteSchedule(std::string id) override { return answer("deleteSchedule " + id, &accepted, {}); }
+
+    Task<Result<SGTask>> createTask(CreateTaskBody body) override
+    {
+        sentTasks.push_back(std::move(body));
+        return answer("createTask", &task, {});
+    }
+
+    Task<Result<SGTask>> completeTask(std::string id, std::optional<TaskProof> proof) override
+    {
+        return answer("completeTask " + id + (proof ? " with proof" : ""), &task, {});
+    }
+
+    Task<Result<SGTask>> approveTask(std::string id) override { return answer("approveTask " + id, &task, {}); }
+
+    Task<Result<SGTask>> rejectTask(std::string id, std::optional<std::string> reason) override
+    {
+        return answer("rejectTask " + id + (reason ? ": " + *reason : ""), &task, {});
+    }
+
+    Task<Result<std::vector<GroupDashboardEntry>>> getGroupDashboard(std::string groupId) override
+    {
+        return answer("getGroupDashboard " + groupId, &group, {});
+    }
+
+    Task<Result<ScreenTimeReport>> getScreenTimeReport(std::string period) override
+    {
+        return answer("getScreenTimeReport " + period, &reports.try_emplace(period, unreachable()).first->second, {});
+    }
+
+    Task<Result<UserDataExport>> exportUserData() override { return answer("exportUserData", &exported, {}); }
+
+    Task<Result<void>> deleteAccount() override { return answer("deleteAccount", &accepted, {}); }
 
 private:
     template <class T>

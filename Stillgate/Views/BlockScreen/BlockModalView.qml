@@ -172,10 +172,13 @@ Rectangle {
         }
     }
 
-    BlockModalConfirmation {
-        anchors.fill: parent
+    SGConfirmation {
         radius: root.radius
-        viewModel: root.viewModel
         visible: root.viewModel.showConfirm
+        title: L.text("common.confirm")
+        message: L.text("blockScreenMotivation.streakBreakWarning")
+        confirmTitle: L.text("blockScreen.continue")
+        onCancelled: root.viewModel.cancelConfirm()
+        onConfirmed: root.viewModel.continueAnyway()
     }
 }

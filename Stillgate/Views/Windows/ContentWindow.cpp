@@ -5,6 +5,8 @@
 #include <QIcon>
 #include <QScreen>
 
+#include <utility>
+
 namespace stillgate
 {
 
@@ -26,7 +28,7 @@ ContentWindow::ContentWindow(QQmlEngine& engine, const WindowDescription& descri
     const auto size = QSize{description.width, description.height}.boundedTo(available.size());
     m_view.setTitle(qString(description.title));
     m_view.setColor(tokens().sgBgPrimary); // what shows before the first frame
-    m_view.setMinimumSize(QSize{360, 360}.boundedTo(size));
+    m_view.setMinimumSize(QSize{description.minimumWidth, description.minimumHeight}.boundedTo(size));
     QRect place{{}, size};
     place.moveCenter(available.center());
     m_view.setGeometry(place);
@@ -40,6 +42,18 @@ void ContentWindow::bringToFront()
     m_view.show();
     m_view.raise();
     m_view.requestActivate();
+}
+
+/// Not from within the window's own event.
+void ContentWindow::onClose(std::function<void()> action)
+{
+    QObject::connect(
+        &m_view, &QWindow::visibleChanged, &m_view,
+        [action = std::move(action), isClosed = false](bool isVisible) mutable {
+            if (!isVisible && !std::exchange(isClosed, true))
+                action();
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace stillgate

@@ -3,6 +3,8 @@
 #include "App/Windows.h"
 #include "Views/Windows/Screen.h"
 
+#include <functional>
+
 namespace stillgate
 {
 
@@ -15,6 +17,9 @@ public:
     [[nodiscard]] bool isVisible() const override { return m_view.isVisible(); }
 
     void bringToFront() override;
+
+    /// Called once after the user has closed it; the window may be destroyed in the call.
+    void onClose(std::function<void()> action);
 
 private:
     Screen m_screen; // the view lays it out, and goes first

@@ -2,14 +2,17 @@
 
 #include "App/ManagedWindows.h"
 #include "DesignSystem/Motion.h"
+#include "Localization/L.h"
 #include "Views/BlockScreen/BlockModalViewModel.h"
 #include "Views/Gates/ForceUpdateViewModel.h"
 #include "Views/Gates/MaintenanceViewModel.h"
 #include "Views/Popover/PopoverViewModel.h"
+#include "Views/Settings/SettingsViewModel.h"
 #include "Views/SignIn/AuthViewModel.h"
 #include "Views/Windows/BlockModalWindow.h"
 #include "Views/Windows/ContentWindow.h"
 #include "Views/Windows/PopoverWindow.h"
+#include "Views/Windows/SettingsTabs.h"
 
 namespace stillgate
 {
@@ -51,8 +54,21 @@ std::unique_ptr<Popover> QuickWindows::makePopover()
     return popover;
 }
 
-/// There is no settings window yet.
-void QuickWindows::showSettings() {}
+void QuickWindows::showSettings()
+{
+    if (!m_settings) {
+        const auto title = L.localized("settings.title");
+        const WindowDescription description{
+            .title = title, .width = 960, .height = 700, .minimumWidth = 700, .minimumHeight = 500};
+        auto viewModel = std::make_unique<SettingsViewModel>(
+            m_services.state, m_services.notifications, [this](int tag) { return makeSettingsTab(tag, m_services); });
+        m_settings = std::make_unique<ContentWindow>(
+            engine(), description, Screen{"Settings", "SettingsWindow", std::move(viewModel)});
+        m_settings->onClose([this] { m_settings.reset(); });
+        followMotionPreference();
+    }
+    m_settings->bringToFront();
+}
 
 void QuickWindows::prepareBlockModal()
 {

@@ -1,35 +1,16 @@
 #pragma once
 
-#include "App/DeviceAuthorization.h"
 #include "App/Windows.h"
-#include "Platform/DisplayPreferences.h"
-#include "Platform/Host.h"
-#include "Platform/WindowStacking.h"
-#include "Platform/Workspace.h"
+#include "Views/Windows/WindowServices.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
 
-#include <functional>
-
 namespace stillgate
 {
 
-/// What the windows show and set going. All of it outlives them.
-struct WindowServices
-{
-    AppState& state;
-    DeviceAuthorization& deviceAuthorization;
-    Workspace& workspace;
-    const Bundle& bundle;
-    NotificationCenter& notifications;
-    DisplayPreferences& displayPreferences;
-    const Clock& clock;
-    const Host& host;
-    WindowStacking& stacking;
-    std::function<void()> quit; ///< the application
-};
+class ContentWindow;
 
 /// Windows by Qt Quick. The engine comes with the first of them: a machine that never opens one never pays for it.
 class QuickWindows final : public WindowFactory
@@ -52,6 +33,7 @@ private:
     WindowServices m_services;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<QQmlComponent> m_blockModal; ///< keeps its QML loaded
+    std::unique_ptr<ContentWindow> m_settings;   ///< while it is open
     std::unique_ptr<Observation> m_preferencesChange;
 };
 

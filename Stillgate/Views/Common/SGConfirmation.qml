@@ -2,24 +2,36 @@ import QtQuick
 import QtQuick.Layouts
 import Stillgate.DesignSystem
 import Stillgate.Localization
-import Stillgate.Views.BlockScreen
 
-// The question before the user goes on, over everything else. The safe answer has the keyboard.
+// A question over everything else, before something is done that can't be undone. The safe answer has the keyboard, and
+// is what Escape means.
 Rectangle {
     id: root
 
-    required property BlockModalViewModel viewModel
+    required property string title
+    required property string message
+    required property string confirmTitle
 
+    signal cancelled
+    signal confirmed
+
+    anchors.fill: parent
     color: Tokens.withOpacity(Tokens.black, 0.6)
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: L.text("common.confirm")
+    Accessible.name: title
 
+    Component.onCompleted: if (visible)
+        cancel.forceActiveFocus(Qt.TabFocusReason)
     onVisibleChanged: if (visible)
         cancel.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onEscapePressed: cancelled()
 
     MouseArea {
         anchors.fill: parent
+        hoverEnabled: true
         Accessible.ignored: true
+
+        onWheel: wheel => wheel.accepted = true
     }
     Rectangle {
         anchors.centerIn: parent
@@ -42,13 +54,13 @@ Rectangle {
             SGText {
                 horizontalAlignment: Text.AlignHCenter
                 style: Styles.Title
-                text: L.text("common.confirm")
+                text: root.title
                 Accessible.role: Accessible.Heading
             }
             SGText {
                 horizontalAlignment: Text.AlignHCenter
                 color: Tokens.sgTextSecondary
-                text: L.text("blockScreenMotivation.streakBreakWarning")
+                text: root.message
             }
             ColumnLayout {
                 spacing: Tokens.space8
@@ -59,13 +71,13 @@ Rectangle {
                     isFullWidth: true
                     style: Styles.Secondary
                     title: L.text("common.cancel")
-                    onClicked: root.viewModel.cancelConfirm()
+                    onClicked: root.cancelled()
                 }
                 SGButton {
                     isFullWidth: true
                     style: Styles.Danger
-                    title: L.text("blockScreen.continue")
-                    onClicked: root.viewModel.continueAnyway()
+                    title: root.confirmTitle
+                    onClicked: root.confirmed()
                 }
             }
         }

@@ -1,0 +1,86 @@
+#include "App/OwnRules.h"
+
+#include <algorithm>
+
+namespace stillgate
+{
+
+namespace
+{
+
+template <class Record>
+void eraseById(QProperty<std::vector<Record>>& list, const std::string& id)
+{
+    auto records = list.value();
+    std::erase_if(records, [&](const Record& record) { return record.id == id; });
+    list = std::move(records);
+}
+
+} // namespace
+
+OwnRules::OwnRules(AppState& state, Backend& backend, Log& log)
+    : m_state(state)
+    , m_backend(backend)
+    , m_log(log)
+{}
+
+Task<> OwnRules::addRule(BlockRule rule)
+{
+    const auto session = m_state.sessionToken();
+    auto rules = m_state.blockRules.value();
+    rules.push_back(rule);
+    m_state.blockRules = std::move(rules);
+    enforceAndKeep();
+
+    const auto localId = rule.id;
+    auto answer = co_await m_backend.createBlockRule(std::move(rule));
+    if (!answer)
+        m_log.write("[CreateRule] API failed: " + answer.error().description());
+    if (!answer || session.isCancelled())
+        co_return;
+    rules = m_state.blockRules.value(); // others may have come or gone meanwhile
+    const auto local = std::ranges::find(rules, localId, &BlockRule::id);
+    if (local == rules.end())
+        co_return;
+    *local = std::move(*answer);
+    m_state.blockRules = std::move(rules);
+    m_state.saveToCache();
+}
+
+Task<> OwnRules::deleteRule(std::string id)
+{
+    eraseById(m_state.blockRules, id);
+    enforceAndKeep();
+    (void)co_await m_backend.deleteBlockRule(std::move(id));
+}
+
+Task<Result<void>> OwnRules::addSchedule(BlockSchedule schedule)
+{
+    const auto session = m_state.sessionToken();
+    auto answer = co_await m_backend.createSchedule(std::move(schedule));
+    if (!answer)
+        co_return std::unexpected{answer.error()};
+    if (!session.isCancelled()) {
+        auto schedules = m_state.schedules.value();
+        schedules.push_back(std::move(*answer));
+        m_state.schedules = std::move(schedules);
+    }
+    co_return Result<void>{};
+}
+
+Task<> OwnRules::deleteSchedule(std::string id)
+{
+    const auto session = m_state.sessionToken();
+    (void)co_await m_backend.deleteSchedule(id);
+    if (!session.isCancelled())
+        eraseById(m_state.schedules, id);
+}
+
+/// A start without a network shall find it as it is now.
+void OwnRules::enforceAndKeep()
+{
+    m_state.syncBlockingState();
+    m_state.saveToCache();
+}
+
+} // namespace stillgate

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Templates as T
+import Stillgate.DesignSystem
+
+// An option of SGChipPicker.
+T.RadioButton {
+    id: root
+
+    required property string modelData
+    required property int index
+    required property bool isSelected
+    required property bool isTabStop
+    property string symbol
+
+    signal chosen(int newIndex)
+
+    text: modelData
+    checked: isSelected
+    activeFocusOnTab: isTabStop || activeFocus // which an item may not lose while it has the focus
+    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    implicitHeight: 32
+    horizontalPadding: 14
+
+    // A click checks it by itself; whether it stays checked is for the owner to say.
+    onClicked: {
+        chosen(index);
+        checked = Qt.binding(() => isSelected);
+    }
+    Keys.onLeftPressed: chosen(index - 1)
+    Keys.onUpPressed: chosen(index - 1)
+    Keys.onRightPressed: chosen(index + 1)
+    Keys.onDownPressed: chosen(index + 1)
+    Keys.onReturnPressed: chosen(index)
+    Keys.onEnterPressed: chosen(index)
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
+
+    background: Rectangle {
+        radius: height / 2
+        color: root.isSelected ? Tokens.withOpacity(Tokens.sgAccent, 0.16) : root.hovered ? Tokens.sgGlassHeavy : Tokens.sgGlass
+        border {
+            width: 1
+            color: root.isSelected ? Tokens.sgAccent : Tokens.sgGlassBorder
+        }
+    }
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 6
+
+            SGIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: root.symbol
+                visible: symbol !== ""
+                size: 13
+                color: label.color
+            }
+            SGText {
+                id: label
+
+                style: Styles.BodySmall
+                text: root.text
+                color: root.isSelected ? Tokens.sgAccent : Tokens.sgTextSecondary
+                font.weight: Font.Medium
+                wrapMode: Text.NoWrap
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    SGFocusRing {
+        targetRadius: 16
+        visible: root.visualFocus
+    }
+}

@@ -1,0 +1,82 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Stillgate.DesignSystem
+
+// An app of the list, with the mark of being chosen.
+T.CheckDelegate {
+    id: root
+
+    required property var row
+    required property int index
+    required property bool isTabStop
+
+    signal toggledByUser
+    signal movedTo(int newIndex)
+    signal gotKeyboard(int index)
+
+    text: row.name
+    checked: row.isSelected
+    activeFocusOnTab: isTabStop || activeFocus // which an item may not lose while it has the focus
+    implicitHeight: 40
+    horizontalPadding: Tokens.space8
+
+    // A click checks it by itself; whether it stays so is for the owner to say.
+    onClicked: {
+        root.toggledByUser();
+        checked = Qt.binding(() => row.isSelected);
+    }
+    onActiveFocusChanged: if (activeFocus)
+        root.gotKeyboard(index)
+    Keys.onUpPressed: root.movedTo(index - 1)
+    Keys.onDownPressed: root.movedTo(index + 1)
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+    Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
+
+    background: Rectangle {
+        radius: Tokens.radiusSmall
+        color: root.down ? Tokens.sgGlassHeavy : root.hovered ? Tokens.sgGlass : Tokens.clear
+        border {
+            width: root.visualFocus ? 2 : 0
+            color: Tokens.sgAccent
+        }
+    }
+    contentItem: RowLayout {
+        spacing: Tokens.space12
+
+        Item {
+            implicitWidth: 24
+            implicitHeight: 24
+
+            Image {
+                id: picture
+
+                anchors.fill: parent
+                source: root.row.icon
+                sourceSize: Qt.size(24, 24)
+                visible: status === Image.Ready
+                Accessible.ignored: true
+            }
+            SGIcon {
+                anchors.centerIn: parent
+                visible: !picture.visible
+                symbol: "app.fill"
+                size: 20
+                color: Tokens.sgTextSecondary
+            }
+        }
+        SGText {
+            text: root.row.name
+            wrapMode: Text.NoWrap
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+        SGIcon {
+            symbol: root.row.isSelected ? "checkmark.circle.fill" : "circle"
+            size: 18
+            color: root.row.isSelected ? Tokens.sgAccent : Tokens.sgTextMuted
+        }
+    }
+}

@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Stillgate.DesignSystem
+import Stillgate.Views.Common
+
+// A screen of the settings window that is a list of any length: a heading with its buttons, what stands above the rows,
+// and the rows. A delegate takes `columnX` and `columnWidth` for its place.
+ListView {
+    id: page
+
+    required property string title
+    property string subtitle
+    property Component actions: null
+    property Component above: null // with its own margins to what is around it
+    property Component below: null // such as what stands in place of rows that aren't there
+
+    // What lies over the whole window, and has to be answered first: an SGSheet or an SGConfirmation, or nothing.
+    property Component sheet: null
+
+    readonly property int margin: width < 560 ? Tokens.space24 : Tokens.space32
+    readonly property real columnWidth: Math.min(width - 2 * margin, 760)
+    readonly property real columnX: (width - columnWidth) / 2
+    readonly property Item focused: Window.activeFocusItem
+    readonly property real line: 40
+
+    function isOnPage(item: Item): bool {
+        let at = item;
+        while (at && at !== contentItem)
+            at = at.parent;
+        return at !== null;
+    }
+
+    function reveal(item: Item) {
+        const top = item.mapToItem(contentItem, 0, 0).y - Tokens.space16;
+        const bottom = top + item.height + 2 * Tokens.space16;
+        scrollTo(bottom > contentY + height ? bottom - height : Math.min(top, contentY));
+    }
+
+    function scrollTo(y: real) {
+        contentY = Math.max(originY - topMargin, Math.min(y, originY + contentHeight + bottomMargin - height));
+    }
+
+    focus: true
+    keyNavigationEnabled: false // the arrow keys scroll
+    topMargin: margin
+    bottomMargin: margin
+    spacing: Tokens.space8
+    cacheBuffer: 400
+    boundsBehavior: Flickable.StopAtBounds
+    ScrollBar.vertical: ScrollBar {
+        Accessible.ignored: true
+    }
+
+    onFocusedChanged: if (focused && isOnPage(focused))
+        reveal(focused)
+    Keys.onDownPressed: scrollTo(contentY + line)
+    Keys.onUpPressed: scrollTo(contentY - line)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_PageDown)
+            scrollTo(contentY + height - line);
+        else if (event.key === Qt.Key_PageUp)
+            scrollTo(contentY - height + line);
+        else if (event.key === Qt.Key_Home)
+            positionViewAtBeginning();
+        else if (event.key === Qt.Key_End)
+            positionViewAtEnd();
+    }
+
+    header: ColumnLayout {
+        x: page.columnX
+        width: page.columnWidth
+        spacing: 0
+
+        TabHeader {
+            Layout.bottomMargin: Tokens.space24
+            title: page.title
+            subtitle: page.subtitle
+            actions: page.actions
+        }
+        Loader {
+            Layout.fillWidth: true
+            visible: sourceComponent !== null
+            sourceComponent: page.above
+        }
+    }
+    footer: Loader {
+        x: page.columnX
+        width: page.columnWidth
+        sourceComponent: page.below
+    }
+}

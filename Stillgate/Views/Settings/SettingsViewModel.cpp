@@ -1,0 +1,102 @@
+#include "Views/Settings/SettingsViewModel.h"
+
+#include "Localization/L.h"
+#include "Views/Common/FirstCharacter.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <utility>
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr int noTab = -1;
+
+constexpr struct
+{
+    int tag;
+    const char* icon;
+    const char* label;
+} sidebar[] = {
+    {0, "square.grid.2x2", "nav.dashboard"},
+    {1, "flame", "streak.title"},
+    {2, "chart.bar.fill", "screenTimeAnalytics.title"},
+    {noTab, "", "desktop.protection.title"},
+    {3, "shield.checkered", "desktop.protection.title"},
+    {4, "calendar.badge.clock", "schedule.title"},
+    {noTab, "", "connections.title"},
+    {6, "checkmark.circle", "tasks.title"},
+    {7, "person.2", "groups.title"},
+    {noTab, "", "settings.title"},
+    {8, "desktopcomputer", "devices.title"},
+    {10, "person.circle", "account.title"},
+    {11, "info.circle", "account.about"},
+};
+
+std::vector<int> tabs()
+{
+    std::vector<int> tags;
+    for (const auto& item : sidebar) {
+        if (item.tag != noTab)
+            tags.push_back(item.tag);
+    }
+    return tags;
+}
+
+} // namespace
+
+SettingsViewModel::SettingsViewModel(SessionData& session, NotificationCenter& notifications, TabFactory makeTab)
+    : m_session(session)
+    , m_makeTab(std::move(makeTab))
+    , m_tab(m_makeTab(m_selectedTab))
+    , m_userNotifier(session.currentUser.addNotifier([this] { Q_EMIT userChanged(); }))
+    , m_navigation(notifications.observeWithInfo(sgNavigateToTab, [this](const UserInfo& info) {
+        if (const auto tab = info.find("tab"); tab != info.end())
+            select(tab->second);
+    }))
+{}
+
+SettingsViewModel::~SettingsViewModel() = default;
+
+QList<SidebarItem> SettingsViewModel::sidebarItems()
+{
+    QList<SidebarItem> items;
+    for (const auto& item : sidebar)
+        items.push_back({item.tag, item.icon, QString::fromStdString(L.localized(item.label))});
+    return items;
+}
+
+QString SettingsViewModel::userName() const
+{
+    const auto& user = m_session.currentUser.value();
+    return user ? QString::fromStdString(user->displayName.value_or(user->email)) : QString{};
+}
+
+QString SettingsViewModel::userInitial() const
+{
+    return QLocale().toUpper(firstCharacter(userName()));
+}
+
+void SettingsViewModel::select(int tag)
+{
+    if (tag == m_selectedTab || std::ranges::count(tabs(), tag) == 0)
+        return;
+    m_selectedTab = tag;
+    auto previous = std::exchange(m_tab, m_makeTab(tag));
+    Q_EMIT selectedTabChanged();
+    previous.viewModel.release()->deleteLater(); // the screen goes by deleteLater() too, and before it
+}
+
+void SettingsViewModel::move(int places)
+{
+    const auto tags = tabs();
+    const auto at = std::ranges::find(tags, m_selectedTab) - tags.begin() + places;
+    if (at >= 0 && std::cmp_less(at, tags.size()))
+        select(tags[static_cast<std::size_t>(at)]);
+}
+
+} // namespace stillgate

@@ -1,0 +1,54 @@
+import QtQuick
+import Stillgate.DesignSystem
+import Stillgate.Views.Settings
+
+// The sidebar, and the screen of the chosen tab beside it. What a screen asks for lies over both.
+Rectangle {
+    id: root
+
+    required property SettingsViewModel viewModel
+
+    color: Tokens.sgBgPrimary
+
+    Sidebar {
+        id: sidebar
+
+        width: 220
+        height: parent.height
+        enabled: !overlay.item
+        viewModel: root.viewModel
+    }
+    Loader {
+        id: tab
+
+        function showTab() {
+            setSource(root.viewModel.tabSource, {
+                viewModel: root.viewModel.tabViewModel
+            });
+        }
+
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        height: parent.height
+        enabled: !overlay.item
+        Component.onCompleted: showTab()
+
+        Connections {
+            target: root.viewModel
+
+            function onSelectedTabChanged() {
+                tab.showTab();
+            }
+        }
+    }
+    Loader {
+        id: overlay
+
+        property Item focusBefore
+
+        anchors.fill: parent
+        sourceComponent: tab.item?.sheet ?? null
+        onSourceComponentChanged: if (!sourceComponent && focusBefore)
+            focusBefore.forceActiveFocus()
+    }
+}
