@@ -7,9 +7,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace stillgate
 {
+
+/// An app as a list shows it.
+struct ApplicationDescription
+{
+    std::string bundleIdentifier; ///< which app it is, as `RunningApplication::bundleIdentifier`
+    std::string name;             ///< in the user's language
+    std::string icon;             ///< its name in the desktop's icon theme, or the path of a picture; empty: none
+
+    bool operator==(const ApplicationDescription&) const = default;
+};
 
 /// An app that runs, with all its windows.
 class RunningApplication
@@ -76,6 +87,15 @@ public:
 
     /// The name, in the user's language, of an app that is installed; nothing for any other identifier.
     [[nodiscard]] virtual std::optional<std::string> nameOfApplication(std::string_view bundleIdentifier) const = 0;
+
+    /// The apps that the user starts from a menu, each identifier once, in the order of the folders that they are
+    /// installed in. Never the desktop itself: its file manager, panel, login and settings.
+    [[nodiscard]] virtual std::vector<ApplicationDescription> installedApplications() const = 0;
+
+    /// The apps with windows, each identifier once, in the order in which the desktop tells of them; windows that
+    /// belong to no app that is installed or well known are left out. The desktop's own apps, such as a file manager,
+    /// are among them; its panel and background aren't.
+    [[nodiscard]] virtual std::vector<ApplicationDescription> runningApplications() const = 0;
 
     /// Hands an http or https address to the user's browser. Whether that one shows it, nobody knows.
     virtual void open(const std::string& url) = 0;

@@ -197,7 +197,7 @@ TEST_F(Journey, whatWasInFrontArrivesAtTheServer)
     signUpInBrowser();
     start();
     signIn();
-    m_computer.workspace.names = {{"org.mozilla.firefox", "Firefox"}};
+    m_computer.workspace.installed = {{"org.mozilla.firefox", "Firefox", {}}};
     m_computer.workspace.bringToFront("org.mozilla.firefox");
     for (int beat = 0; beat < 4; ++beat)
         letABeatPass();

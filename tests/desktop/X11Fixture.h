@@ -74,7 +74,7 @@ protected:
             throw std::runtime_error{"run by scripts/private-desktop only: it opens windows"};
         std::signal(SIGPIPE, SIG_IGN);
         putEntry("org.example.Alpha", "StartupWMClass=ALPHA-window");
-        putEntry("org.example.Beta", "");
+        putEntry("org.example.Beta", "Icon=beta");
         putEntry("debian-xterm", "StartupWMClass=XTerm");
         putEntry("org.xfce.mousepad", "");
         m_workspace = newWorkspace();

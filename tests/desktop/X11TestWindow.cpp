@@ -62,6 +62,11 @@ void X11TestWindow::putClass(const std::string& windowClass) const
     putText(*m_connection, m_number, XCB_ATOM_WM_CLASS, "instance" + zero + windowClass + zero);
 }
 
+void X11TestWindow::putType(std::string_view type) const
+{
+    putNumbers(*m_connection, m_number, "_NET_WM_WINDOW_TYPE", {atomNamed(*m_connection, type)});
+}
+
 void X11TestWindow::putApplicationId(const std::string& id) const
 {
     putText(*m_connection, m_number, m_connection->atoms().applicationId, id);

@@ -25,6 +25,7 @@ public:
     explicit X11TestWindow(const std::string& windowClass = {});
 
     void putClass(const std::string& windowClass) const;
+    void putType(std::string_view type) const; ///< before it is shown
     void putApplicationId(const std::string& id) const;
 
     void show() const;

@@ -159,6 +159,24 @@ TEST_F(X11, appsThatRanBeforeWeStartedAreNotLaunched)
     EXPECT_THAT(m_launched, ElementsAre("org.example.Beta"));
 }
 
+TEST_F(X11, regularAppsAreToldInTheOrderOfTheirWindows)
+{
+    const X11TestWindow beta{"Beta"};
+    const X11TestWindow alpha{"Alpha-Window"};
+    const X11TestWindow unknown{"Unknown"};
+    const X11TestWindow panel{"org.xfce.mousepad"};
+    panel.putType("_NET_WM_WINDOW_TYPE_DOCK");
+    const X11TestWindow secondBeta{"Beta"};
+    for (const auto* window : {&beta, &alpha, &unknown, &secondBeta})
+        EXPECT_TRUE(isShown(*window));
+    alpha.makeIcon();
+    panel.show();
+    EXPECT_TRUE(becomes([&] { return m_launched.size() == 4; }));
+    EXPECT_THAT(m_workspace->runningApplications(),
+        ElementsAre(ApplicationDescription{"org.example.Beta", "org.example.Beta by name", "beta"},
+            ApplicationDescription{"org.example.Alpha", "org.example.Alpha by name", ""}));
+}
+
 TEST_F(X11, nonsenseIsSurvived)
 {
     claim("_NET_CLIENT_LIST", {0, 1, m_root->root(), 0xffffffff, 0x1234567});

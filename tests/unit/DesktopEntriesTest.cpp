@@ -4,7 +4,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <QByteArray>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace stillgate
 {
@@ -114,6 +114,49 @@ TEST_F(InstalledApps, haveNamesInTheUsersLanguage)
     EXPECT_EQ(m_entries.nameOf("org.chromium.Chromium"), "chromium-browser");
     EXPECT_EQ(m_entries.nameOf("com.apple.Terminal"), std::nullopt);
     ::qunsetenv("LANGUAGE");
+}
+
+TEST_F(InstalledApps, ofTheMenuAreListed)
+{
+    put("system", "org.example.Editor", "Exec=editor\nIcon=editor.png");
+    put("user", "viewer", "Exec=viewer\nIcon=/opt/viewer/icon.png");
+    put("user", "game", "Exec=app");
+    put("system", "game", "Exec=app\nIcon=game");
+    put("system", "firefox", "Exec=firefox-esr %u\nIcon=firefox");
+    put("user", "firefox-esr", "Exec=firefox-esr --new-window %u");
+    put("system", "code", "Exec=code\nNoDisplay=true");
+    put("user", "deleted", "Hidden=true");
+    put("system", "deleted", "Exec=app");
+    put("system", "pager", "Exec=pager\nTerminal=true");
+    put("system", "removed", "Exec=app\nTryExec=removed");
+    put("system", "of-another-desktop", "Exec=app\nOnlyShowIn=Nowhere;");
+    put("system", "Thunar", "Exec=app\nIcon=folder");
+    put("system", "keyboard", "Exec=app\nCategories=Settings;DesktopSettings;");
+    putFile(m_folder.path() / "system/applications/nameless.desktop",
+        "[Desktop Entry]\nType=Application\nExec=app\nName=\xff\n");
+
+    EXPECT_THAT(m_entries.installedApplications(),
+        testing::ElementsAre(ApplicationDescription{"game", "game", ""},
+            ApplicationDescription{"viewer", "viewer", "/opt/viewer/icon.png"},
+            ApplicationDescription{"org.mozilla.firefox", "firefox", "firefox"},
+            ApplicationDescription{"nameless", "nameless", ""},
+            ApplicationDescription{"org.example.Editor", "org.example.Editor", "editor"}));
+    EXPECT_EQ(m_entries.nameOf("org.mozilla.firefox"), "firefox");
+    EXPECT_EQ(m_entries.nameOf("com.apple.finder"), "Thunar") << "it may run";
+    EXPECT_EQ(m_entries.iconOf("com.apple.finder"), "folder");
+    EXPECT_EQ(m_entries.iconOf("not.installed"), "");
+}
+
+TEST_F(InstalledApps, areListedAsTheyAreNow)
+{
+    const auto folder = m_folder.path() / "user/applications";
+    put("user", "game", "Exec=app");
+    EXPECT_EQ(m_entries.installedApplications().size(), 1);
+    put("user", "tool", "Exec=app");
+    std::filesystem::last_write_time(folder, std::filesystem::file_time_type::clock::now() + std::chrono::hours{1});
+    EXPECT_EQ(m_entries.installedApplications().size(), 2);
+    std::filesystem::remove_all(folder);
+    EXPECT_TRUE(m_entries.installedApplications().empty());
 }
 
 TEST_F(InstalledApps, areFoundWhenTheyCameLater)

@@ -287,7 +287,7 @@ TEST_F(ScreenTime, aFullDiskCostsNothingOnceThereIsRoom)
 
 TEST_F(ScreenTime, reportHoldsTheFiftyMostUsedAppsAndCountsAll)
 {
-    m_workspace.names["app20"] = "Chess";
+    m_workspace.installed = {{"app20", "Chess", {}}};
     m_defaults.setString("sg_current_device_id", "desk");
     start();
     for (int app = 60; app >= 10; --app)

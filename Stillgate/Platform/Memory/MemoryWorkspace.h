@@ -2,8 +2,8 @@
 
 #include "Platform/Workspace.h"
 
+#include <algorithm>
 #include <map>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -55,6 +55,7 @@ public:
     [[nodiscard]] std::optional<ScreenRectangle> frame() const override { return place; }
 
     std::optional<std::string> name;
+    std::string icon;
     std::string executable;
     bool hidden = false;
     bool terminated = false;
@@ -78,7 +79,7 @@ public:
             end(identifier);
         const bool wasHidden = std::exchange(app(identifier).hidden, false);
         const auto application = m_running[identifier];
-        if (m_launched.insert(identifier).second)
+        if (noteLaunch(identifier))
             m_launch.notify(application);
         if ((m_front == application && !wasHidden) || application->isHidden() || application->isTerminated())
             return;
@@ -90,7 +91,7 @@ public:
     void launchHidden(const std::string& identifier)
     {
         app(identifier).hidden = true;
-        m_launched.insert(identifier);
+        noteLaunch(identifier);
         m_launch.notify(m_running[identifier]);
     }
 
@@ -126,24 +127,46 @@ public:
 
     [[nodiscard]] std::optional<std::string> nameOfApplication(std::string_view bundleIdentifier) const override
     {
-        const auto found = names.find(bundleIdentifier);
-        return found != names.end() ? std::optional{found->second} : std::nullopt;
+        const auto found = std::ranges::find(installed, bundleIdentifier, &ApplicationDescription::bundleIdentifier);
+        return found != installed.end() ? std::optional{found->name} : std::nullopt;
+    }
+
+    [[nodiscard]] std::vector<ApplicationDescription> installedApplications() const override { return installed; }
+
+    [[nodiscard]] std::vector<ApplicationDescription> runningApplications() const override
+    {
+        std::vector<ApplicationDescription> running;
+        for (const auto& identifier : m_launched) {
+            const auto& application = *m_running.at(identifier);
+            if (identifier && !application.isTerminated())
+                running.emplace_back(*identifier, application.name.value_or(*identifier), application.icon);
+        }
+        return running;
     }
 
     void open(const std::string& url) override { openedURLs.push_back(url); }
 
-    std::map<std::string, std::string, std::less<>> names; ///< of the installed apps, by identifier
+    std::vector<ApplicationDescription> installed;
     std::vector<std::string> openedURLs;
 
 private:
+    /// Whether it is one.
+    bool noteLaunch(const std::optional<std::string>& identifier)
+    {
+        if (std::ranges::find(m_launched, identifier) != m_launched.end())
+            return false;
+        m_launched.push_back(identifier);
+        return true;
+    }
+
     void end(const std::optional<std::string>& identifier)
     {
         m_running.erase(identifier);
-        m_launched.erase(identifier);
+        std::erase(m_launched, identifier);
     }
 
     std::map<std::optional<std::string>, std::shared_ptr<MemoryApplication>> m_running;
-    std::set<std::optional<std::string>> m_launched;
+    std::vector<std::optional<std::string>> m_launched; ///< in the order in which they were
     std::shared_ptr<RunningApplication> m_front;
     Observers<std::shared_ptr<RunningApplication>> m_activation;
     Observers<std::shared_ptr<RunningApplication>> m_launch;

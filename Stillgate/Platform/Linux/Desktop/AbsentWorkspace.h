@@ -35,6 +35,13 @@ public:
         return m_entries.nameOf(bundleIdentifier);
     }
 
+    [[nodiscard]] std::vector<ApplicationDescription> installedApplications() const override
+    {
+        return m_entries.installedApplications();
+    }
+
+    [[nodiscard]] std::vector<ApplicationDescription> runningApplications() const override { return {}; }
+
     void open(const std::string& url) override { openInBrowser(url, m_log); }
 
 private:

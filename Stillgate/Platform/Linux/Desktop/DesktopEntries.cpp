@@ -4,9 +4,9 @@
 #include "Platform/Linux/Desktop/KnownApps.h"
 
 #include <algorithm>
-#include <gio/gdesktopappinfo.h>
-#include <memory>
+#include <glib.h>
 #include <tuple>
+#include <unordered_set>
 
 namespace stillgate
 {
@@ -15,42 +15,6 @@ namespace
 {
 
 namespace fs = std::filesystem;
-
-struct Unreference
-{
-    void operator()(GDesktopAppInfo* info) const { g_object_unref(info); }
-};
-
-struct FreeStrings
-{
-    void operator()(char** strings) const { g_strfreev(strings); }
-};
-
-/// They run programs of many apps; which one, the name of the executable doesn't tell.
-constexpr std::string_view runners[] = {"bash", "dash", "electron", "flatpak", "java", "mono", "node", "perl",
-    "python3", "ruby", "sh", "snap", "wine", "xdg-open"};
-
-std::string textOrEmpty(const char* text)
-{
-    return text != nullptr ? text : "";
-}
-
-/// The program that a command line runs: "firefox" for "env LANG=C /usr/bin/firefox %u".
-std::string executableOf(const std::string& commandLine)
-{
-    char** parsed = nullptr;
-    if (!g_shell_parse_argv(commandLine.c_str(), nullptr, &parsed, nullptr))
-        return {};
-    const std::unique_ptr<char*, FreeStrings> arguments{parsed};
-    for (char** argument = parsed; *argument != nullptr; ++argument) {
-        const auto name = fs::path{*argument}.filename().string();
-        if (name == "env" || std::string_view{*argument}.contains('='))
-            continue;
-        const bool isRunner = std::ranges::find(runners, name) != std::end(runners);
-        return isRunner ? std::string{} : name;
-    }
-    return {};
-}
 
 /// The id that a file in a folder of entries has: "kde-okular.desktop" for "kde/okular.desktop".
 std::string desktopIdOf(const fs::path& relativePath)
@@ -98,16 +62,46 @@ std::optional<std::string> DesktopEntries::bundleIdentifierFor(const AppHints& h
 
 std::optional<std::string> DesktopEntries::nameOf(std::string_view bundleIdentifier)
 {
-    const auto key = comparableDesktopId(bundleIdentifier);
-    const auto* entry = findInPresentEntries([&]() -> const Entry* {
-        const auto found = m_byBundleIdentifier.find(key);
-        return found != m_byBundleIdentifier.end() ? found->second : nullptr;
-    });
+    const auto* entry = findInstalled(bundleIdentifier);
     return entry != nullptr ? std::optional{entry->name} : std::nullopt;
 }
 
+std::string DesktopEntries::iconOf(std::string_view bundleIdentifier)
+{
+    const auto* entry = findInstalled(bundleIdentifier);
+    return entry != nullptr ? entry->icon : std::string{};
+}
+
+std::vector<ApplicationDescription> DesktopEntries::installedApplications()
+{
+    if (foldersHaveChanged())
+        read();
+    std::vector<const DesktopEntry*> apps;
+    std::unordered_set<std::string> seen;
+    for (const auto& entry : m_entries) {
+        if (entry.isShown && !entry.isPartOfDesktop && seen.insert(comparableDesktopId(entry.bundleIdentifier)).second)
+            apps.push_back(&entry);
+    }
+    std::ranges::sort(
+        apps, {}, [](const auto* app) { return std::pair{app->folder, std::string_view{app->desktopId}}; });
+    std::vector<ApplicationDescription> described;
+    described.reserve(apps.size());
+    for (const auto* app : apps)
+        described.emplace_back(app->bundleIdentifier, app->name, app->icon);
+    return described;
+}
+
+const DesktopEntry* DesktopEntries::findInstalled(std::string_view bundleIdentifier)
+{
+    const auto key = comparableDesktopId(bundleIdentifier);
+    return findInPresentEntries([&]() -> const DesktopEntry* {
+        const auto found = m_byBundleIdentifier.find(key);
+        return found != m_byBundleIdentifier.end() ? found->second : nullptr;
+    });
+}
+
 template <class Find>
-const DesktopEntries::Entry* DesktopEntries::findInPresentEntries(Find find)
+const DesktopEntry* DesktopEntries::findInPresentEntries(Find find)
 {
     if (const auto* found = find())
         return found;
@@ -118,7 +112,7 @@ const DesktopEntries::Entry* DesktopEntries::findInPresentEntries(Find find)
 }
 
 /// The surest hint first.
-const DesktopEntries::Entry* DesktopEntries::find(const AppHints& hints) const
+const DesktopEntry* DesktopEntries::find(const AppHints& hints) const
 {
     const std::pair<const Index*, std::string> ways[] = {
         {&m_byId, hints.applicationId},
@@ -148,9 +142,9 @@ bool DesktopEntries::foldersHaveChanged() const
 void DesktopEntries::read()
 {
     m_folders.clear();
-    std::unordered_map<std::string, Entry> byId;
-    for (const auto& folder : m_dataFolders)
-        readFolder(folder / "applications", byId);
+    std::unordered_map<std::string, DesktopEntry> byId;
+    for (size_t number = 0; number < m_dataFolders.size(); ++number)
+        readFolder(number, byId);
 
     m_entries.clear();
     for (auto& [id, entry] : byId)
@@ -158,8 +152,9 @@ void DesktopEntries::read()
     fillIndexes();
 }
 
-void DesktopEntries::readFolder(const fs::path& folder, std::unordered_map<std::string, Entry>& byId)
+void DesktopEntries::readFolder(size_t number, std::unordered_map<std::string, DesktopEntry>& byId)
 {
+    const auto folder = m_dataFolders[number] / "applications";
     noteFolder(folder);
     std::error_code error;
     fs::recursive_directory_iterator file{folder, fs::directory_options::skip_permission_denied, error};
@@ -172,8 +167,10 @@ void DesktopEntries::readFolder(const fs::path& folder, std::unordered_map<std::
             // An id that isn't UTF-8 would make every file and report with it unreadable.
             if (byId.contains(id) || g_utf8_validate(id.c_str(), static_cast<gssize>(id.size()), nullptr) == FALSE)
                 continue;
-            if (auto entry = readEntry(file->path(), id))
+            if (auto entry = readDesktopEntry(file->path(), id)) {
+                entry->folder = number;
                 byId.emplace(std::move(id), std::move(*entry));
+            }
         }
     }
 }
@@ -182,27 +179,6 @@ void DesktopEntries::readFolder(const fs::path& folder, std::unordered_map<std::
 void DesktopEntries::noteFolder(const fs::path& folder)
 {
     m_folders.push_back({folder, lastChangeOf(folder)});
-}
-
-std::optional<DesktopEntries::Entry> DesktopEntries::readEntry(const fs::path& file, std::string id)
-{
-    const std::unique_ptr<GDesktopAppInfo, Unreference> info{g_desktop_app_info_new_from_filename(file.c_str())};
-    if (info == nullptr)
-        return std::nullopt;
-    if (g_desktop_app_info_get_boolean(info.get(), "Terminal") != FALSE)
-        return std::nullopt; // runs in the window of another app
-    auto* app = G_APP_INFO(info.get());
-    const auto commandLine = textOrEmpty(g_app_info_get_commandline(app));
-    return Entry{
-        .desktopId = id,
-        .bundleIdentifier = bundleIdentifierOf(id),
-        .name = textOrEmpty(g_app_info_get_name(app)),
-        .windowClass = textOrEmpty(g_desktop_app_info_get_startup_wm_class(info.get())),
-        .executable = executableOf(commandLine),
-        .isShown = g_desktop_app_info_get_nodisplay(info.get()) == FALSE &&
-            g_desktop_app_info_get_is_hidden(info.get()) == FALSE,
-        .commandLength = commandLine.size(),
-    };
 }
 
 /// Where several entries have the same value, the app's main one stands for it: the one that is shown and has the
@@ -214,7 +190,7 @@ void DesktopEntries::fillIndexes()
     });
     for (auto* index : {&m_byId, &m_byWindowClass, &m_byLastComponent, &m_byExecutable, &m_byBundleIdentifier})
         index->clear();
-    const auto put = [](Index& index, std::string_view key, const Entry& entry) {
+    const auto put = [](Index& index, std::string_view key, const DesktopEntry& entry) {
         if (!key.empty())
             index.try_emplace(comparableDesktopId(key), &entry);
     };

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Workspace.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -37,19 +40,15 @@ public:
     /// The installed app's name in the user's language.
     [[nodiscard]] std::optional<std::string> nameOf(std::string_view bundleIdentifier);
 
-private:
-    struct Entry
-    {
-        std::string desktopId;
-        std::string bundleIdentifier;
-        std::string name;
-        std::string windowClass;
-        std::string executable;
-        bool isShown = true;
-        size_t commandLength = 0;
-    };
+    /// As `ApplicationDescription::icon`; empty also for an app that isn't installed.
+    [[nodiscard]] std::string iconOf(std::string_view bundleIdentifier);
 
-    using Index = std::unordered_map<std::string, const Entry*>;
+    /// The apps in the menu of the present desktop, as `Workspace::installedApplications`. One that a later folder or
+    /// another entry has too is what `nameOf` tells of it, unless that entry isn't in the menu.
+    [[nodiscard]] std::vector<ApplicationDescription> installedApplications();
+
+private:
+    using Index = std::unordered_map<std::string, const DesktopEntry*>;
 
     struct Folder
     {
@@ -58,19 +57,19 @@ private:
     };
 
     template <class Find>
-    const Entry* findInPresentEntries(Find find);
+    const DesktopEntry* findInPresentEntries(Find find);
 
-    [[nodiscard]] const Entry* find(const AppHints& hints) const;
+    [[nodiscard]] const DesktopEntry* find(const AppHints& hints) const;
+    [[nodiscard]] const DesktopEntry* findInstalled(std::string_view bundleIdentifier);
     [[nodiscard]] bool foldersHaveChanged() const;
     void read();
-    void readFolder(const std::filesystem::path& folder, std::unordered_map<std::string, Entry>& byId);
+    void readFolder(size_t number, std::unordered_map<std::string, DesktopEntry>& byId);
     void noteFolder(const std::filesystem::path& folder);
     void fillIndexes();
-    [[nodiscard]] static std::optional<Entry> readEntry(const std::filesystem::path& file, std::string id);
 
     std::vector<std::filesystem::path> m_dataFolders;
     std::vector<Folder> m_folders; ///< as they were when they were read
-    std::vector<Entry> m_entries;
+    std::vector<DesktopEntry> m_entries;
     Index m_byId;
     Index m_byWindowClass;
     Index m_byLastComponent; ///< "mousepad" for "org.xfce.mousepad"

@@ -134,6 +134,11 @@ void X11Application::windowIsInFront(xcb_window_t number)
     m_processIdentifier = m_windows.at(number).processIdentifier;
 }
 
+bool X11Application::isRegular() const
+{
+    return !std::ranges::all_of(m_windows, [](const auto& window) { return window.second.isFurniture; });
+}
+
 bool X11Application::isVisible() const
 {
     return !std::ranges::all_of(m_windows, [](const auto& window) { return window.second.isIconic; });

@@ -20,6 +20,7 @@ public:
     {
         int processIdentifier = 0;
         bool isIconic = false;
+        bool isFurniture = false; ///< as in `X11WindowFacts`
     };
 
     X11Application(std::shared_ptr<X11Connection> connection, std::optional<std::string> identifier,
@@ -60,6 +61,9 @@ public:
 
     /// Whether any of its windows is more than an icon.
     [[nodiscard]] bool isVisible() const;
+
+    /// Whether the user would say that it runs: a panel or the background of the desktop is just there.
+    [[nodiscard]] bool isRegular() const;
 
 private:
     void hide(xcb_window_t window);

@@ -31,6 +31,9 @@ struct X11Atoms
     xcb_atom_t managementState; ///< WM_STATE
     xcb_atom_t windowState;     ///< _NET_WM_STATE
     xcb_atom_t hidden;          ///< _NET_WM_STATE_HIDDEN
+    xcb_atom_t windowType;      ///< _NET_WM_WINDOW_TYPE
+    xcb_atom_t desktop;         ///< _NET_WM_WINDOW_TYPE_DESKTOP
+    xcb_atom_t dock;            ///< _NET_WM_WINDOW_TYPE_DOCK
     xcb_atom_t processId;       ///< _NET_WM_PID
     xcb_atom_t applicationId;   ///< _GTK_APPLICATION_ID
     xcb_atom_t desktopFile;     ///< _KDE_NET_WM_DESKTOP_FILE

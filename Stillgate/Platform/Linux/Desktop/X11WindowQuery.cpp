@@ -11,6 +11,11 @@ namespace
 
 constexpr uint32_t withdrawn = 0; // WM_STATE, ICCCM 4.1.3.1
 
+bool has(const std::vector<uint32_t>& atoms, xcb_atom_t atom)
+{
+    return std::ranges::find(atoms, atom) != atoms.end();
+}
+
 /// "firefox\0Firefox\0": the instance, which is the user's to choose, and the class.
 std::string classIn(const std::string& property)
 {
@@ -40,6 +45,7 @@ X11WindowQuery::X11WindowQuery(const X11Connection& connection, xcb_window_t win
     , m_window(window)
     , m_managementState(connection.ask(window, connection.atoms().managementState))
     , m_windowState(connection.ask(window, connection.atoms().windowState))
+    , m_type(connection.ask(window, connection.atoms().windowType))
     , m_class(connection.ask(window, XCB_ATOM_WM_CLASS))
     , m_applicationId(connection.ask(window, connection.atoms().applicationId))
     , m_desktopFile(connection.ask(window, connection.atoms().desktopFile))
@@ -56,9 +62,11 @@ std::optional<X11WindowFacts> X11WindowQuery::answer() const
     const auto managementState = m_connection.answer(m_managementState);
     const auto management = numbersOf(managementState);
     const auto states = numbersOf(m_connection.answer(m_windowState));
+    const auto types = numbersOf(m_connection.answer(m_type));
     X11WindowFacts facts{
         .isManaged = !management.empty() && management.front() != withdrawn,
-        .isIconic = std::ranges::find(states, m_connection.atoms().hidden) != states.end(),
+        .isIconic = has(states, m_connection.atoms().hidden),
+        .isFurniture = has(types, m_connection.atoms().desktop) || has(types, m_connection.atoms().dock),
         .hints =
             {
                 .applicationId = textOf(m_connection.answer(m_applicationId)),

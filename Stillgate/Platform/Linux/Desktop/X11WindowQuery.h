@@ -14,6 +14,7 @@ struct X11WindowFacts
     /// Whether the window manager shows it or has made it an icon. Windows keep this while it starts anew.
     bool isManaged = false;
     bool isIconic = false;
+    bool isFurniture = false;  ///< of the desktop: its background, a panel or a dock
     int processIdentifier = 0; ///< 0 if unknown
     AppHints hints;
 };
@@ -34,6 +35,7 @@ private:
     xcb_window_t m_window;
     xcb_get_property_cookie_t m_managementState;
     xcb_get_property_cookie_t m_windowState;
+    xcb_get_property_cookie_t m_type;
     xcb_get_property_cookie_t m_class;
     xcb_get_property_cookie_t m_applicationId;
     xcb_get_property_cookie_t m_desktopFile;

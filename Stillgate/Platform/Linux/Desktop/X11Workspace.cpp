@@ -44,6 +44,27 @@ std::optional<std::string> X11Workspace::nameOfApplication(std::string_view bund
     return m_entries.nameOf(bundleIdentifier);
 }
 
+std::vector<ApplicationDescription> X11Workspace::installedApplications() const
+{
+    return m_entries.installedApplications();
+}
+
+std::vector<ApplicationDescription> X11Workspace::runningApplications() const
+{
+    std::vector<ApplicationDescription> running;
+    std::set<std::string> seen;
+    for (const auto window : m_order) {
+        const auto found = m_windows.find(window);
+        if (found == m_windows.end() || !found->second->isRegular())
+            continue;
+        const auto identifier = found->second->bundleIdentifier();
+        if (identifier && seen.insert(*identifier).second)
+            running.emplace_back(
+                *identifier, found->second->localizedName().value_or(*identifier), m_entries.iconOf(*identifier));
+    }
+    return running;
+}
+
 void X11Workspace::open(const std::string& url)
 {
     openInBrowser(url, m_log);
@@ -106,10 +127,10 @@ void X11Workspace::updateDesktop()
     const auto activeQuestion = m_connection->ask(m_connection->root(), m_connection->atoms().activeWindow);
     const auto listQuestion = m_connection->ask(m_connection->root(), m_connection->atoms().clientList);
     const auto active = numbersOf(m_connection->answer(activeQuestion));
-    const auto list = numbersOf(m_connection->answer(listQuestion));
+    m_order = numbersOf(m_connection->answer(listQuestion));
 
     m_active = active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
-    m_listed = {list.begin(), list.end()};
+    m_listed = {m_order.begin(), m_order.end()};
     auto known = m_listed;
     // It may not be listed yet, or never be.
     if (m_active != XCB_WINDOW_NONE)
@@ -147,7 +168,7 @@ void X11Workspace::updateWindow(xcb_window_t window, const std::optional<X11Wind
     if (facts->isManaged)
         m_managed.insert(window);
     const auto application = runningApplication(*facts);
-    application->putWindow(window, {facts->processIdentifier, facts->isIconic});
+    application->putWindow(window, {facts->processIdentifier, facts->isIconic, facts->isFurniture});
     const auto before = std::exchange(m_windows[window], application);
     if (before && before != application) {
         before->removeWindow(window);

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] std::unique_ptr<Observation> onActivation(ApplicationObserver observer) override;
     [[nodiscard]] std::unique_ptr<Observation> onLaunch(ApplicationObserver observer) override;
     [[nodiscard]] std::optional<std::string> nameOfApplication(std::string_view bundleIdentifier) const override;
+    [[nodiscard]] std::vector<ApplicationDescription> installedApplications() const override;
+    [[nodiscard]] std::vector<ApplicationDescription> runningApplications() const override;
     void open(const std::string& url) override;
 
 private:
@@ -67,8 +69,9 @@ private:
 
     bool m_desktopIsOutdated = true; ///< the list of windows, or which one is active
     std::set<xcb_window_t> m_outdatedWindows;
-    std::set<xcb_window_t> m_listed;  ///< those that the window manager tells of
-    std::set<xcb_window_t> m_managed; ///< that a window manager has or had
+    std::set<xcb_window_t> m_listed;   ///< those that the window manager tells of
+    std::vector<xcb_window_t> m_order; ///< in which it does: the oldest first
+    std::set<xcb_window_t> m_managed;  ///< that a window manager has or had
     xcb_window_t m_active = XCB_WINDOW_NONE;
     std::map<xcb_window_t, Application> m_windows;
     std::map<ApplicationKey, Application> m_running;
