@@ -51,7 +51,7 @@ Task<> Heartbeat::beat()
 Task<> Heartbeat::report()
 {
     if (const auto deviceId = m_session.currentDeviceId)
-        (void)co_await m_backend.sendHeartbeat(*deviceId, m_monitor.blockedAppAttempts());
+        (void)co_await m_backend.sendHeartbeat(*deviceId, m_monitor.blockedAppAttempts.value());
     (void)co_await m_backend.reportUsage(std::max(m_tracker.minutesToday(), leastReportedMinutes));
     co_await m_tracker.reportToBackend();
 }

@@ -52,42 +52,82 @@ HostsFileService::HostsFileService(
 
 void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rewrite)
 {
-    if (domains.empty()) {
+    if (domains.empty() && m_temporary.empty()) {
         removeBlocks();
         return;
     }
-    if (m_wanted.empty())
+    if (domains.empty())
+        rewrite = Rewrite::always; // every file has all of no names
+    else if (m_wanted.empty())
         m_wanted = domains;
     auto key = keyOf(domains);
-    BlockRequest request{std::move(domains), std::move(key), rewrite};
+    submit({std::move(domains), std::move(key), rewrite});
+}
+
+void HostsFileService::setTemporaryDomains(std::set<std::string> domains)
+{
+    if (domains.empty() && m_temporary.empty())
+        return;
+    m_temporary = std::move(domains);
+    if (m_waiting)
+        return submit(std::move(*m_waiting));
+    auto list = listInFile();
+    auto key = keyOf(list);
+    submit({std::move(list), std::move(key), Rewrite::ifNamesAreMissing});
+}
+
+void HostsFileService::submit(BlockRequest request)
+{
     if (!m_running) {
         apply(std::move(request));
         return;
     }
-    report(true, request.domains.size());
+    reportWanted(request.domains);
     m_waiting = std::move(request);
 }
 
 void HostsFileService::apply(BlockRequest request)
 {
-    const bool standsAsWanted = permanenceInFile() == m_permanence;
-    if (standsAsWanted && request.key == m_defaults.string(hashKey).value_or("")) {
-        report(true, request.domains.size());
+    if (request.domains.empty() && m_temporary.empty()) {
+        runDetached(remove());
         return;
     }
-    if (standsAsWanted && request.rewrite == Rewrite::ifNamesAreMissing && isInFile(request.domains)) {
+    const bool isEnough = request.rewrite == Rewrite::ifNamesAreMissing && permanenceInFile() == m_permanence &&
+        m_temporaryInFile == m_temporary;
+    if (isEnough && request.key == m_defaults.string(hashKey).value_or("")) {
+        reportWanted(request.domains);
+        return;
+    }
+    if (isEnough && isInFile(request.domains)) {
         m_defaults.setString(hashKey, request.key);
-        report(true, request.domains.size());
+        reportWanted(request.domains);
         return;
     }
     runDetached(write(std::move(request)));
 }
 
+/// What the file stands for but for the temporary domains, or will when a write has ended.
+std::vector<std::string> HostsFileService::listInFile() const
+{
+    return m_wanted.empty() ? domainsIn(m_defaults.string(hashKey).value_or("")) : m_wanted;
+}
+
+std::vector<std::string> HostsFileService::withTemporary(std::vector<std::string> domains) const
+{
+    domains.insert(domains.end(), m_temporary.begin(), m_temporary.end());
+    return domains;
+}
+
+/// Whether a list stands there already. What stands there for temporary domains doesn't count: it goes with them.
 bool HostsFileService::isInFile(const std::vector<std::string>& domains) const
 {
     std::unordered_set<std::string> names;
     for (const auto& name : getBlockedDomains())
         names.insert(lowercased(name));
+    if (!m_temporaryInFile.empty()) {
+        const HostNames ofList{m_wanted};
+        std::erase_if(names, [&](const auto& name) { return !std::ranges::binary_search(ofList.sorted(), name); });
+    }
     return std::ranges::all_of(domains, [&](const auto& domain) { return names.contains(lowercased(domain)); });
 }
 
@@ -96,17 +136,21 @@ Task<> HostsFileService::write(BlockRequest request)
     m_running = std::make_shared<OneShotEvent>();
     m_wanted = request.domains;
     const auto permanence = m_permanence;
-    const auto written = co_await m_writer.replaceBlock(generateHostsEntries(request.domains), permanence);
+    const auto temporary = m_temporary;
+    const auto written =
+        co_await m_writer.replaceBlock(generateHostsEntries(withTemporary(request.domains)), permanence);
     if (written) {
         m_defaults.setString(hashKey, request.key);
         setPermanenceInFile(permanence);
+        m_temporaryInFile = temporary;
+        reportWanted(request.domains);
     } else {
         m_log.write("[HostsFile] Failed to apply blocks");
+        report(false, 0);
         // The same list has just been tried.
-        if (m_waiting && m_waiting->key == request.key)
+        if (m_waiting && m_waiting->key == request.key && m_temporary == temporary)
             m_waiting.reset();
     }
-    report(written.has_value(), written ? request.domains.size() : 0);
     continueWithWaiting();
 }
 
@@ -123,8 +167,7 @@ void HostsFileService::setPermanenceInFile(Permanence permanence)
 
 bool HostsFileService::isIntact() const
 {
-    const auto stored = m_defaults.string(hashKey).value_or("");
-    const auto wanted = m_wanted.empty() ? domainsIn(stored) : m_wanted;
+    const auto wanted = withTemporary(listInFile());
     if (wanted.empty())
         return true;
     const auto text = m_files.read(hostsPath);
@@ -139,14 +182,15 @@ bool HostsFileService::isIntact() const
 
 void HostsFileService::repair()
 {
-    const auto stored = m_defaults.string(hashKey).value_or("");
+    auto list = listInFile();
     m_defaults.setString(hashKey, "");
-    applyBlocks(m_wanted.empty() ? domainsIn(stored) : m_wanted, Rewrite::always);
+    applyBlocks(std::move(list), Rewrite::always);
 }
 
 void HostsFileService::removeBlocks()
 {
     m_wanted.clear();
+    m_temporary.clear();
     m_defaults.setString(hashKey, "");
     if (m_running) {
         m_removalWaits = true;
@@ -161,7 +205,9 @@ Task<> HostsFileService::remove()
     m_running = std::make_shared<OneShotEvent>();
     m_removalWaits = false;
     m_defaults.setString(hashKey, ""); // a write that ended since has set it
-    if (const auto removed = co_await m_writer.removeBlock(); !removed)
+    if (const auto removed = co_await m_writer.removeBlock())
+        m_temporaryInFile.clear();
+    else
         m_log.write("[HostsFile] Failed to remove blocks");
     setPermanenceInFile(Permanence::flexible);
     report(false, 0);
@@ -180,6 +226,13 @@ Task<> HostsFileService::settled()
 {
     while (const auto running = m_running)
         co_await *running;
+}
+
+void HostsFileService::reportWanted(const std::vector<std::string>& domains)
+{
+    const auto isNew = [&](const auto& domain) { return std::ranges::find(domains, domain) == domains.end(); };
+    const auto count = domains.size() + static_cast<std::size_t>(std::ranges::count_if(m_temporary, isNew));
+    report(true, count);
 }
 
 void HostsFileService::report(bool active, std::size_t count)

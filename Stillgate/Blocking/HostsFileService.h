@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,8 @@ namespace stillgate
 {
 
 /// Keeps the marked block of the hosts file in step with a list of domains, with as few writes as can be: the list
-/// that was last written is remembered over restarts, and an unchanged one costs nothing.
+/// that was last written is remembered over restarts, and an unchanged one costs nothing. Temporary domains stand there
+/// beside the list, and leave it as it is when they go.
 ///
 /// One write runs at a time. What is asked for meanwhile follows when it has ended: a removal, then the last list.
 class HostsFileService
@@ -32,10 +34,16 @@ public:
         always,
     };
 
-    /// Blocks these domains; an empty list removes the block. The outcome shows in `isActive` and `blockedCount`; a
-    /// failed write is logged and not tried again before the next call.
+    /// Blocks these domains; with none, and no temporary ones, the block is removed. The outcome shows in `isActive`
+    /// and `blockedCount`; a failed write is logged and not tried again before the next call.
     void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifNamesAreMissing);
 
+    /// Blocks these domains too, in the place of earlier temporary ones; with none, the file becomes what it was before
+    /// them. They end with the process, but what it leaves in the file then stays until the next write. Names that the
+    /// guard has taken for a permanent block stay in it.
+    void setTemporaryDomains(std::set<std::string> domains);
+
+    /// Of both kinds.
     void removeBlocks();
 
     /// How the block is to stand from now on. A change is written with the next list, also if its domains are the same.
@@ -43,11 +51,11 @@ public:
 
     [[nodiscard]] bool isWriting() const { return m_running != nullptr; }
 
-    /// Whether the file has what the list last written stands for; so it is too when nothing is to stand there. Names
-    /// beyond the list are another account's.
+    /// Whether the file has what the list last written and the temporary domains stand for; so it is too when nothing
+    /// is to stand there. Names beyond them are another account's.
     [[nodiscard]] bool isIntact() const;
 
-    /// Writes the list again that was last written.
+    /// Writes that again.
     void repair();
 
     /// The names in the block, as the file has them; none if it can't be read as UTF-8.
@@ -57,7 +65,7 @@ public:
     [[nodiscard]] Task<> settled();
 
     QProperty<bool> isActive{false};   ///< a block is believed to be in place
-    QProperty<qint64> blockedCount{0}; ///< domains of the last list, before they are expanded to names
+    QProperty<qint64> blockedCount{0}; ///< domains of the last list and temporary ones, not expanded to names
 
 private:
     struct BlockRequest
@@ -67,12 +75,16 @@ private:
         Rewrite rewrite;
     };
 
+    void submit(BlockRequest request);
     void apply(BlockRequest request);
+    [[nodiscard]] std::vector<std::string> listInFile() const;
+    [[nodiscard]] std::vector<std::string> withTemporary(std::vector<std::string> domains) const;
     [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
     [[nodiscard]] Permanence permanenceInFile() const;
     void setPermanenceInFile(Permanence permanence);
     [[nodiscard]] Task<> write(BlockRequest request);
     [[nodiscard]] Task<> remove();
+    void reportWanted(const std::vector<std::string>& domains);
     void report(bool active, std::size_t count);
     void continueWithWaiting();
 
@@ -84,6 +96,8 @@ private:
 
     Permanence m_permanence = Permanence::flexible;
     std::vector<std::string> m_wanted; ///< the list that the file stands for; empty: not known since the start, or none
+    std::set<std::string> m_temporary;
+    std::set<std::string> m_temporaryInFile; ///< as last written
     std::shared_ptr<OneShotEvent> m_running; ///< happens when no write is running any more; none when idle
     bool m_removalWaits = false;
     std::optional<BlockRequest> m_waiting;

@@ -42,14 +42,21 @@ ProcessMonitorService::ProcessMonitorService(const Desktop& desktop)
     : m_desktop(desktop)
     , m_browserWatch(desktop.browsers, m_configuration.blockedDomains,
           [this](const std::string& domain, const Application& browser) { blockSite(domain, browser); })
+    , m_quickBlock(activeQuickBlock, desktop.hostsFile, desktop.userNotifications, desktop.clock, desktop.scheduler)
 {}
 
 void ProcessMonitorService::setConfiguration(ProcessMonitorConfiguration configuration)
 {
     m_configuration = std::move(configuration);
     const bool canBlock = !m_configuration.customBlockedBundleIds.empty() || !m_configuration.blockedDomains.empty();
-    // After what is done now: the blocks don't wait for a screen.
-    if (canBlock && !m_preparation)
+    if (canBlock)
+        prepareScreen();
+}
+
+/// After what is done now: the blocks don't wait for a screen.
+void ProcessMonitorService::prepareScreen()
+{
+    if (!m_preparation)
         m_preparation = m_desktop.scheduler.once(0ms, [this] { m_desktop.blockModal.prepare(); });
 }
 
@@ -57,15 +64,15 @@ void ProcessMonitorService::updateBudget(const std::optional<ScreenTimeBudget>& 
 {
     const bool wasExceeded = m_budget.exceeded;
     m_budget = budgetState(budget);
-    if (m_budget.exceeded && !wasExceeded && m_isMonitoring)
+    if (m_budget.exceeded && !wasExceeded && isMonitoring)
         check();
 }
 
 void ProcessMonitorService::startMonitoring()
 {
-    if (m_isMonitoring)
+    if (isMonitoring)
         return;
-    m_isMonitoring = true;
+    isMonitoring = true;
     const auto handle = [this](const Application& application) {
         if (application)
             handleBlockedApp(application);
@@ -78,12 +85,28 @@ void ProcessMonitorService::startMonitoring()
 
 void ProcessMonitorService::stopMonitoring()
 {
-    m_isMonitoring = false;
+    isMonitoring = false;
     m_pollTimer.reset();
     m_launches.reset();
     m_activations.reset();
     m_browserWatch.stop();
+    stopQuickBlock();
     m_desktop.blockModal.closeBlockModal();
+}
+
+void ProcessMonitorService::startQuickBlock(
+    const std::set<std::string>& bundleIds, const std::set<std::string>& domains, std::int64_t durationMinutes)
+{
+    if (!bundleIds.empty())
+        prepareScreen();
+    m_quickBlock.start(bundleIds, domains, durationMinutes);
+    if (isMonitoring)
+        check();
+}
+
+void ProcessMonitorService::stopQuickBlock()
+{
+    m_quickBlock.stop();
 }
 
 void ProcessMonitorService::check()
@@ -105,13 +128,13 @@ void ProcessMonitorService::handleBlockedApp(const Application& application)
             application->terminate();
         return;
     }
-    const bool isCustom = m_configuration.customBlockedBundleIds.contains(identifier);
-    if (!isCustom && match == nullptr)
+    const bool isBlocked = isBlockedByIdentifier(identifier);
+    if (!isBlocked && match == nullptr)
         return;
     // Its screen is up, and it was brought back below that, or started once more.
     if (m_currentlyBlockingBundleId == identifier)
         stop(application, isStrict(identifier));
-    else if (isCustom)
+    else if (isBlocked)
         blockApp(application, nameOf(*application), false);
     else if (m_budget.exceeded)
         blockApp(application, nameOf(*application), true);
@@ -133,10 +156,16 @@ void ProcessMonitorService::stop(const Application& application, bool strict)
     });
 }
 
+bool ProcessMonitorService::isBlockedByIdentifier(const std::string& identifier) const
+{
+    return m_quickBlock.blocks(identifier) || m_configuration.customBlockedBundleIds.contains(identifier);
+}
+
 /// A forbidden app that comes without a window would do its work unseen.
 bool ProcessMonitorService::mayNotEvenHide(const std::string& identifier, const ProcessBlockEntry* match) const
 {
-    return m_configuration.customBlockedBundleIds.contains(identifier) || (m_budget.exceeded && match != nullptr);
+    return m_configuration.customBlockedBundleIds.contains(identifier) || m_quickBlock.names(identifier) ||
+        (m_budget.exceeded && match != nullptr);
 }
 
 const ProcessBlockEntry* ProcessMonitorService::processMatch(const RunningApplication& application) const
@@ -157,7 +186,7 @@ void ProcessMonitorService::blockApp(const Application& application, const std::
     const auto identifier = identifierOf(*application);
     m_currentlyBlockingBundleId = identifier;
     m_browserWatch.rearm(); // a site's screen that this one takes the place of tells nobody of its end
-    ++m_blockedAppAttempts;
+    blockedAppAttempts = blockedAppAttempts + 1;
     const auto frame = application->frame(); // as long as there is one
     const bool strict = isStrict(identifier);
     stop(application, strict);
@@ -192,7 +221,7 @@ MacBlockVariant ProcessMonitorService::variantNow(bool isBudgetBlock) const
 /// A guardian's message, picture and mode are for apps.
 void ProcessMonitorService::blockSite(const std::string& domain, const Application& browser)
 {
-    ++m_blockedAppAttempts;
+    blockedAppAttempts = blockedAppAttempts + 1;
     m_currentlyBlockingBundleId.reset(); // an app's screen that this one takes the place of tells nobody of its end
     m_desktop.blockModal.showBlockModal(
         {

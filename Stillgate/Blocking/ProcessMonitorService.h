@@ -4,9 +4,8 @@
 #include "Blocking/BlockModal.h"
 #include "Blocking/BrowserWatch.h"
 #include "Blocking/Budget.h"
-#include "Platform/Clock.h"
+#include "Blocking/QuickBlock.h"
 #include "Platform/Host.h"
-#include "Platform/Scheduler.h"
 #include "Platform/Workspace.h"
 
 #include <map>
@@ -26,6 +25,8 @@ public:
         Workspace& workspace;
         BrowserScripting& browsers;
         BlockModalPresenter& blockModal;
+        HostsFileService& hostsFile;
+        UserNotifications& userNotifications;
         Clock& clock;
         Scheduler& scheduler;
         Host& host;
@@ -37,19 +38,22 @@ public:
     void updateBudget(const std::optional<ScreenTimeBudget>& budget) override;
     void startMonitoring() override;
     void stopMonitoring() override;
+    void startQuickBlock(const std::set<std::string>& bundleIds, const std::set<std::string>& domains,
+        std::int64_t durationMinutes) override;
+    void stopQuickBlock() override;
 
     [[nodiscard]] const std::string& guardianFlexibilityMode() const override
     {
         return m_configuration.guardianFlexibilityMode;
     }
 
-    [[nodiscard]] std::int64_t blockedAppAttempts() const override { return m_blockedAppAttempts; }
-
 private:
     using Application = std::shared_ptr<RunningApplication>;
 
+    void prepareScreen();
     void check();
     void handleBlockedApp(const Application& application);
+    [[nodiscard]] bool isBlockedByIdentifier(const std::string& identifier) const;
     [[nodiscard]] bool mayNotEvenHide(const std::string& identifier, const ProcessBlockEntry* match) const;
     [[nodiscard]] const ProcessBlockEntry* processMatch(const RunningApplication& application) const;
     void stop(const Application& application, bool strict);
@@ -62,11 +66,10 @@ private:
     ProcessMonitorConfiguration m_configuration;
     BrowserWatch m_browserWatch;
     BudgetState m_budget;
-    std::int64_t m_blockedAppAttempts = 0;
+    QuickBlock m_quickBlock;
     std::map<Application, std::unique_ptr<Timer>> m_quitting; ///< until they are ended, if they don't obey
     std::optional<std::string> m_currentlyBlockingBundleId;   ///< the app whose screen is up; "" for one without
 
-    bool m_isMonitoring = false;
     std::unique_ptr<Timer> m_preparation; ///< of the block screen; there once it was needed
     std::unique_ptr<Timer> m_pollTimer;
     std::unique_ptr<Observation> m_launches;

@@ -26,7 +26,8 @@ Machine machineOn(Computer& computer, NotificationCenter& notifications, Workspa
         .workspace = workspace,
         .browsers = computer.browsers,
         .systemExtensions = computer.system,
-        .dnsProxyPreferences = computer.system};
+        .dnsProxyPreferences = computer.system,
+        .userNotifications = computer.userNotifications};
 }
 
 RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const ServerProcess& server)
@@ -36,8 +37,25 @@ RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const S
     , m_authorization(
           m_engine.state, m_engine.backend, [&computer](const std::string& url) { computer.workspace.open(url); },
           computer.time, computer.time, computer.log)
-    , m_windows({m_engine.state, m_authorization, computer.workspace, computer.bundle, m_notifications, m_preferences,
-          computer.time, computer.host, computer.stacking, [] {}})
+    , m_windows({
+          .state = m_engine.state,
+          .deviceAuthorization = m_authorization,
+          .ownRules = m_engine.ownRules,
+          .backend = m_engine.backend,
+          .monitor = m_engine.monitor,
+          .tracker = m_engine.tracker,
+          .workspace = computer.workspace,
+          .bundle = computer.bundle,
+          .files = computer.files,
+          .notifications = m_notifications,
+          .pasteboard = computer.pasteboard,
+          .displayPreferences = m_preferences,
+          .clock = computer.time,
+          .scheduler = computer.time,
+          .host = computer.host,
+          .stacking = computer.stacking,
+          .quit = [] {},
+      })
     , m_delegate(m_engine.state, {m_engine.runner, m_notifications, computer.time, m_statusItem, m_windows, [] {}})
 {
     m_engine.blockModal.showIn(m_windows);

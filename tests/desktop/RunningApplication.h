@@ -9,8 +9,10 @@
 #include "Platform/Memory/MemoryHost.h"
 #include "Platform/Memory/MemoryHostsFileWriter.h"
 #include "Platform/Memory/MemoryLog.h"
+#include "Platform/Memory/MemoryPasteboard.h"
 #include "Platform/Memory/MemorySystemExtensions.h"
 #include "Platform/Memory/MemoryUserDefaults.h"
+#include "Platform/Memory/MemoryUserNotifications.h"
 #include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "Views/Windows/QuickWindows.h"
@@ -65,6 +67,8 @@ struct Computer
     MemoryBrowserScripting browsers;
     MemoryWindowStacking stacking;
     MemorySystemExtensions system;
+    MemoryUserNotifications userNotifications;
+    MemoryPasteboard pasteboard;
 };
 
 /// The computer as an engine sees it, with another desktop than its own if need be.

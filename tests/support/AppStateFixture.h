@@ -21,6 +21,8 @@ namespace stillgate::test
 class RecordingMonitor final : public AppMonitor
 {
 public:
+    RecordingMonitor() { blockedAppAttempts = 4; }
+
     void setConfiguration(ProcessMonitorConfiguration newConfiguration) override
     {
         configuration = std::move(newConfiguration);
@@ -37,17 +39,23 @@ public:
         isStopped = true;
     }
 
+    void startQuickBlock(const std::set<std::string>& bundleIds, const std::set<std::string>& domains,
+        std::int64_t durationMinutes) override
+    {
+        activeQuickBlock =
+            QuickBlockSession{.bundleIds = bundleIds, .domains = domains, .durationMinutes = durationMinutes};
+    }
+
+    void stopQuickBlock() override { activeQuickBlock = std::nullopt; }
+
     [[nodiscard]] const std::string& guardianFlexibilityMode() const override
     {
         return configuration.guardianFlexibilityMode;
     }
 
-    [[nodiscard]] std::int64_t blockedAppAttempts() const override { return 4; }
-
     ProcessMonitorConfiguration configuration;
     int configurations = 0;
     std::optional<ScreenTimeBudget> budget;
-    bool isMonitoring = false;
     bool isStopped = false;
 };
 

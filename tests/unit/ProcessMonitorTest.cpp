@@ -3,6 +3,10 @@
 #include "Platform/Memory/ManualTime.h"
 #include "Platform/Memory/MemoryBrowserScripting.h"
 #include "Platform/Memory/MemoryHost.h"
+#include "Platform/Memory/MemoryHostsFileWriter.h"
+#include "Platform/Memory/MemoryLog.h"
+#include "Platform/Memory/MemoryUserDefaults.h"
+#include "Platform/Memory/MemoryUserNotifications.h"
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "tests/support/FakeBackend.h"
 #include "tests/support/FakeShell.h"
@@ -54,6 +58,11 @@ protected:
         m_time.setCivilTime(m_host.startOfDay(m_time.now()) + std::chrono::hours{hour} + std::chrono::minutes{minute});
     }
 
+    ProcessMonitorService::Desktop desktop(BlockModalPresenter& blockModal)
+    {
+        return {m_workspace, m_browsers, blockModal, m_hostsFile, m_userNotifications, m_time, m_time, m_host};
+    }
+
     [[nodiscard]] bool isScreenUp() const { return !m_windows.onScreen.empty(); }
 
     [[nodiscard]] const BlockModal& screen() const { return m_windows.blockModals.back(); }
@@ -72,7 +81,13 @@ protected:
     FakeBackend m_backend;
     FakeWindowFactory m_windows;
     BlockModalWindowController m_blockModal{m_backend};
-    ProcessMonitorService m_monitor{{m_workspace, m_browsers, m_blockModal, m_time, m_time, m_host}};
+    MemoryFileManager m_files;
+    MemoryHostsFileWriter m_writer{m_files};
+    MemoryUserDefaults m_defaults;
+    MemoryLog m_log;
+    HostsFileService m_hostsFile{m_writer, m_files, m_defaults, m_host, m_log};
+    MemoryUserNotifications m_userNotifications;
+    ProcessMonitorService m_monitor{desktop(m_blockModal)};
 };
 
 TEST_F(Monitor, forbiddenAppIsHiddenWhereverItComesFrom)
@@ -91,7 +106,7 @@ TEST_F(Monitor, forbiddenAppIsHiddenWhereverItComesFrom)
     m_workspace.app("org.Chess").hidden = false; // and nobody has told of it
     m_time.advance(2s);
     EXPECT_THAT(told("org.Chess"), ElementsAre("hide", "hide", "hide"));
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 3);
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 3);
 
     m_workspace.bringToFront("org.allowed");
     EXPECT_THAT(told("org.allowed"), IsEmpty());
@@ -103,7 +118,7 @@ TEST_F(Monitor, oneScreenForAnAppThatComesBackBelowIt)
     m_workspace.bringToFront(chess);
     m_workspace.bringToFront(chess);
     m_time.advance(10s);
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1);
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1);
     EXPECT_THAT(told(chess), ElementsAre("hide", "hide")) << "never quit: the user's work may be in it";
 
     configure({.customBlockedBundleIds = {chess, "org.poker"}});
@@ -145,7 +160,7 @@ TEST_F(Monitor, hiddenAppIsQuitOnlyWhenItIsForbidden)
     EXPECT_THAT(told(chess), ElementsAre("terminate"));
     EXPECT_THAT(told("org.allowed"), IsEmpty());
     EXPECT_FALSE(isScreenUp());
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 0);
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 0);
 
     configure({}, true);
     m_workspace.app("org.cursor").name = "Cursor";
@@ -300,7 +315,7 @@ TEST_F(Monitor, appWithoutIdentifierCanOnlyMatchByName)
     m_time.advance(2s);
     EXPECT_EQ(screen().appName, "WebStorm");
     m_time.advance(2s);
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1);
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1);
 }
 
 TEST_F(Monitor, blockedSiteBringsUpTheScreenUntilItIsLeft)
@@ -314,13 +329,13 @@ TEST_F(Monitor, blockedSiteBringsUpTheScreenUntilItIsLeft)
         .allowBypass = true};
     EXPECT_EQ(screen(), expected);
     m_time.advance(10s);
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << "seen already";
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1) << "seen already";
     dismiss();
     m_time.advance(2s);
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 2) << "the tab stays, and so does the block";
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 2) << "the tab stays, and so does the block";
     visit("https://open.example/");
     visit("https://casino.example/");
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 3) << "left, and come back";
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 3) << "left, and come back";
     visit("https://news.example./");
     EXPECT_EQ(screen().domain, "news.example");
     EXPECT_THAT(told(firefox), IsEmpty());
@@ -333,11 +348,11 @@ TEST_F(Monitor, whatTellsNoSiteChangesNothing)
     for (const auto* address : {"about:newtab", "file:///home/ada/casino.example", "", "http://", "::not an address::"})
         visit(address);
     visit("http://casino.example/");
-    EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << "the site was never left";
+    EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1) << "the site was never left";
     for (const auto* address :
         {"http://notcasino.example/", "http://example/", "http://casino.example.org/", "http://xn--casino.example/"}) {
         visit(address);
-        EXPECT_EQ(m_monitor.blockedAppAttempts(), 1) << address;
+        EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1) << address;
     }
 }
 
@@ -375,7 +390,7 @@ TEST_F(Monitor, preparesTheScreenWhenThereCanBeOne)
     FakeWindowFactory windows;
     BlockModalWindowController blockModal{m_backend};
     blockModal.showIn(windows);
-    ProcessMonitorService idle{{m_workspace, m_browsers, blockModal, m_time, m_time, m_host}};
+    ProcessMonitorService idle{desktop(blockModal)};
     idle.setConfiguration({});
     m_time.advance(1s);
     EXPECT_FALSE(windows.isPrepared);
@@ -384,7 +399,7 @@ TEST_F(Monitor, preparesTheScreenWhenThereCanBeOne)
 TEST_F(Monitor, withoutWindowsAppsAreStoppedAllTheSame)
 {
     BlockModalWindowController blockModal{m_backend};
-    ProcessMonitorService headless{{m_workspace, m_browsers, blockModal, m_time, m_time, m_host}};
+    ProcessMonitorService headless{desktop(blockModal)};
     headless.setConfiguration({.customBlockedBundleIds = {chess}});
     headless.startMonitoring();
     m_workspace.bringToFront(chess);
