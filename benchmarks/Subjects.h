@@ -17,6 +17,9 @@ void registerHostsBenchmarks(Report& report);
 /// Reading the cache, beside the JSON parser alone.
 void registerCacheBenchmarks(Report& report);
 
+/// The list of the apps that a rule can be about: what a sheet waits for before it is shown.
+void registerAppScanBenchmarks(Report& report);
+
 /// From the start of the program to the cached rules in the hosts file. Changes /etc/hosts: without the
 /// private /etc of scripts/private-world, its row is skipped.
 void registerStartBenchmarks(Report& report);

@@ -21,6 +21,7 @@ int main(int argc, char** argv)
     registerCompileBenchmarks(report);
     registerHostsBenchmarks(report);
     registerCacheBenchmarks(report);
+    registerAppScanBenchmarks(report);
     registerMonitorBenchmarks(report);
     registerServerBenchmarks(report);
     registerStartBenchmarks(report);
