@@ -6,6 +6,8 @@
 
 #include <QLocale>
 
+#include <sstream>
+
 namespace stillgate
 {
 
@@ -25,14 +27,15 @@ std::string identifierOf(int app)
 
 std::string entryOf(int app)
 {
-    const auto name = "App " + std::to_string(app);
-    auto entry = "[Desktop Entry]\nType=Application\nName=" + name + "\nComment=What " + name + " does\n";
+    std::ostringstream entry;
+    entry << "[Desktop Entry]\nType=Application\nName=App " << app << "\nComment=What app " << app << " does\n";
     for (int language = 0; language < languages; ++language) {
         const std::string code{static_cast<char>('a' + language / 26), static_cast<char>('a' + language % 26)};
-        entry += "Name[" + code + "]=" + name + " by another name\n";
-        entry += "Comment[" + code + "]=What " + name + " does in other words\n";
+        entry << "Name[" << code << "]=App " << app << " by another name\n"
+              << "Comment[" << code << "]=What app " << app << " does, in other words\n";
     }
-    return entry + "TryExec=true\nExec=true --app %U\nCategories=Game;\nIcon=" + identifierOf(app) + "\n";
+    entry << "TryExec=true\nExec=true --app %U\nCategories=Game;\nIcon=" << identifierOf(app) << "\n";
+    return entry.str();
 }
 
 /// A folder of data with so many apps, a workspace on them, and the day's use of half of them.
