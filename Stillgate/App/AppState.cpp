@@ -270,7 +270,6 @@ void AppState::logoutSoon()
 
 void AppState::syncBlockingState()
 {
-    const auto domainsOfCategory = [this](const std::string& category) { return m_categoryDomains.find(category); };
     m_enforcement.enforce(compileBlocks(
         {
             .blockRules = blockRules.value(),
@@ -279,7 +278,7 @@ void AppState::syncBlockingState()
             .sharingConnections = sharingConnections.value(),
             .budget = budget.value(),
         },
-        domainsOfCategory));
+        [this](const std::string& category) { return domainsOfCategory(category); }));
 }
 
 void AppState::loadFromCache()

@@ -55,6 +55,12 @@ public:
     /// Compiles the rules as they stand and hands the result to what enforces it.
     void syncBlockingState();
 
+    /// The block list of a category; none for one that isn't known.
+    [[nodiscard]] std::span<const std::string> domainsOfCategory(const std::string& category)
+    {
+        return m_categoryDomains.find(category);
+    }
+
     /// Writes the session as it stands to the cache, from which the next start takes it.
     void saveToCache() { m_cache.save(*this); }
 

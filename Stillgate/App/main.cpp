@@ -343,6 +343,7 @@ int runDesktop(int argc, char** argv)
         .scheduler = machine.scheduler,
         .host = machine.host,
         .stacking = *stacking,
+        .dataFolders = DesktopEntries::standardDataFolders(),
         .quit = terminate,
     }};
     engine->blockModal.showIn(windows);

@@ -19,7 +19,7 @@ T.RadioButton {
     activeFocusOnTab: isTabStop || activeFocus // which an item may not lose while it has the focus
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     implicitHeight: 32
-    horizontalPadding: 14
+    horizontalPadding: Tokens.space12
 
     // A click checks it by itself; whether it stays checked is for the owner to say.
     onClicked: {

@@ -54,10 +54,13 @@ T.RadioButton {
         columnSpacing: Tokens.space12
         rowSpacing: Tokens.space8
 
-        Item {
+        Rectangle {
             Layout.alignment: root.isRow ? Qt.AlignVCenter : Qt.AlignHCenter
-            implicitWidth: 28
-            implicitHeight: 28
+            implicitWidth: root.modelData.glyph === "" ? 28 : 40
+            implicitHeight: implicitWidth
+            radius: width / 2
+            // Many an emoji is dark.
+            color: root.modelData.glyph === "" ? Tokens.clear : Tokens.withOpacity(Tokens.white, 0.16)
 
             SGIcon {
                 anchors.centerIn: parent

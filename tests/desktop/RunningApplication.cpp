@@ -54,6 +54,7 @@ RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const S
           .scheduler = computer.time,
           .host = computer.host,
           .stacking = computer.stacking,
+          .dataFolders = DesktopEntries::standardDataFolders(),
           .quit = [] {},
       })
     , m_delegate(m_engine.state, {m_engine.runner, m_notifications, computer.time, m_statusItem, m_windows, [] {}})

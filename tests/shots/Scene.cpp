@@ -6,7 +6,8 @@ namespace stillgate::test
 std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
-    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), devicesScenes()})
+    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), devicesScenes(),
+             screenTimeScenes(), streakScenes(), groupScenes(), accountScenes(), protectionScenes(), scheduleScenes()})
         all.insert(all.end(), scenes.begin(), scenes.end());
     return all;
 }

@@ -1,6 +1,7 @@
 #include "tests/shots/Stage.h"
 
 #include "Views/BlockScreen/BlockModalViewModel.h"
+#include "Views/Settings/SettingsViewModel.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>
@@ -66,6 +67,24 @@ BlockModalViewModel& Stage::blockModalViewModel()
 {
     const auto& view = dynamic_cast<QQuickView&>(window());
     return *view.rootObject()->property("viewModel").value<BlockModalViewModel*>();
+}
+
+QObject& Stage::openTabViewModel()
+{
+    const auto& view = dynamic_cast<QQuickView&>(window());
+    return *view.rootObject()->property("viewModel").value<SettingsViewModel*>()->tabViewModel();
+}
+
+void Stage::expandAllRows()
+{
+    window().grabWindow(); // the rows come with a frame
+    const auto expand = [](const auto& self, QQuickItem& item) -> void {
+        if (item.property("isExpanded").isValid())
+            item.setProperty("isExpanded", true);
+        for (auto* child : item.childItems())
+            self(self, *child);
+    };
+    expand(expand, *window().contentItem());
 }
 
 QQuickWindow& Stage::window()

@@ -37,6 +37,16 @@ public:
     /// Of the block screen that is open.
     [[nodiscard]] static BlockModalViewModel& blockModalViewModel();
 
+    /// Of the settings window's tab that is open.
+    template <class ViewModel>
+    [[nodiscard]] static ViewModel& tabViewModel()
+    {
+        return dynamic_cast<ViewModel&>(openTabViewModel());
+    }
+
+    /// Unfolds every row of the open tab that can be.
+    static void expandAllRows();
+
     /// What has been opened.
     [[nodiscard]] static QQuickWindow& window();
 
@@ -47,7 +57,9 @@ public:
 
         [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override
         {
-            return key == "CFBundleShortVersionString" ? std::optional{version} : std::nullopt;
+            if (key == "CFBundleShortVersionString")
+                return version;
+            return key == "STILLGATE_WEB_SITE_URL" ? std::optional{"https://stillgate.example"} : std::nullopt;
         }
 
         std::filesystem::path folder = STILLGATE_BUNDLE; ///< as built
@@ -84,6 +96,8 @@ public:
     DeviceAuthorization authorization;
 
 private:
+    [[nodiscard]] static QObject& openTabViewModel();
+
     QuickWindows m_windows; // they use all of the above, and go first
     ManagedWindows m_managed{m_windows};
     std::unique_ptr<Popover> m_popover;

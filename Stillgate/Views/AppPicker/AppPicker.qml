@@ -41,6 +41,14 @@ ColumnLayout {
         color: Tokens.sgGlass
         Layout.fillWidth: true
 
+        SGText {
+            anchors.centerIn: parent
+            width: parent.width - 2 * Tokens.space16
+            visible: root.picker.findsNothing
+            horizontalAlignment: Text.AlignHCenter
+            text: L.text("common.noAppsFound")
+            color: Tokens.sgTextSecondary
+        }
         ListView {
             id: list
 

@@ -18,8 +18,9 @@ T.CheckDelegate {
     text: row.name
     checked: row.isSelected
     activeFocusOnTab: isTabStop || activeFocus // which an item may not lose while it has the focus
-    implicitHeight: 40
+    implicitHeight: Math.max(40, implicitContentHeight + topPadding + bottomPadding)
     horizontalPadding: Tokens.space8
+    verticalPadding: Tokens.space4
 
     // A click checks it by itself; whether it stays so is for the owner to say.
     onClicked: {
@@ -69,8 +70,6 @@ T.CheckDelegate {
         }
         SGText {
             text: root.row.name
-            wrapMode: Text.NoWrap
-            elide: Text.ElideRight
             Accessible.ignored: true
         }
         SGIcon {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string_view>
-#include <system_error>
 
 namespace stillgate
 {
@@ -53,11 +52,6 @@ std::size_t partOfDay(int hour)
     return hour >= 12 && hour < 18 ? 1 : 2;
 }
 
-bool isIllustrationName(std::string_view name)
-{
-    return !name.empty() && name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") == std::string_view::npos;
-}
-
 } // namespace
 
 std::string illustrationName(const BlockModal& modal, int hour)
@@ -69,15 +63,6 @@ std::string illustrationName(const BlockModal& modal, int hour)
             return std::string{illustrations.at(partOfDay(hour))};
     }
     return std::string{illustrationsOf(modal.variant).at(partOfDay(hour))};
-}
-
-std::filesystem::path illustrationFile(const std::filesystem::path& bundle, const std::string& name)
-{
-    if (!isIllustrationName(name))
-        return {};
-    auto file = bundle / "Contents/Resources" / (name + ".webp");
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(file, ignored) ? file : std::filesystem::path{};
 }
 
 } // namespace stillgate

@@ -2,6 +2,7 @@
 
 #include "Localization/L.h"
 #include "Views/BlockScreen/BlockIllustrations.h"
+#include "Views/Common/Illustrations.h"
 
 #include <algorithm>
 
@@ -78,18 +79,13 @@ std::string subtitleOf(const BlockModal& modal)
     return variantSubtitle(modal);
 }
 
-QUrl fileAddress(const std::filesystem::path& file)
-{
-    return file.empty() ? QUrl{} : QUrl::fromLocalFile(QString::fromStdString(file.string()));
-}
-
 } // namespace
 
 BlockModalViewModel::BlockModalViewModel(
     BlockModal modal, BlockModalActions actions, int hour, const std::filesystem::path& bundle)
     : m_modal(std::move(modal))
     , m_actions(std::move(actions))
-    , m_illustration(fileAddress(illustrationFile(bundle, illustrationName(m_modal, hour))))
+    , m_illustration(illustrationAddress(bundle, illustrationName(m_modal, hour)))
 {}
 
 QString BlockModalViewModel::symbol() const

@@ -20,9 +20,15 @@ Rectangle {
 
         x: Tokens.space8
         y: Tokens.space4
-        width: Math.min(Math.ceil(implicitWidth), root.widest - 2 * Tokens.space8)
+        width: Math.min(Math.ceil(metrics.advanceWidth(text)) + 1, root.widest - 2 * Tokens.space8)
         style: Styles.BodySmall
         text: root.text
         wrapMode: Text.WrapAnywhere
+
+        FontMetrics {
+            id: metrics
+
+            font: label.font
+        }
     }
 }

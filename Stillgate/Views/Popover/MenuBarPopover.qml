@@ -17,128 +17,109 @@ Rectangle {
     border.color: Tokens.sgGlassBorder
     border.width: 1
 
-    ColumnLayout {
+    Keys.onPressed: event => {
+        if (event.modifiers & Qt.ControlModifier)
+            event.accepted = viewModel.performKey(String.fromCharCode(event.key));
+    }
+
+    SGScrollPage {
+        id: page
+
         anchors.fill: parent
-        anchors.margins: Tokens.space16
-        spacing: Tokens.space16
-
-        RowLayout {
-            Layout.fillHeight: false
-            spacing: Tokens.space8
-
-            SGText {
-                style: Styles.Title
-                text: "Stillgate"
-                Accessible.role: Accessible.Heading
-            }
-            Rectangle {
-                implicitWidth: 10
-                implicitHeight: 10
-                radius: 5
-                color: panel.viewModel.isProtected ? Tokens.sgSuccess : Tokens.sgDanger
-                Accessible.role: Accessible.Indicator
-                Accessible.name: panel.viewModel.statusText
-            }
-        }
+        anchors.margins: 1
+        contentWidth: width
+        contentHeight: Math.max(height, column.implicitHeight + 2 * Tokens.space16)
+        clip: interactive
 
         ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: panel.viewModel.offersSignIn
+            id: column
+
+            x: Tokens.space16
+            y: Tokens.space16
+            width: panel.width - 2 - 2 * x
+            height: page.contentHeight - 2 * y
             spacing: Tokens.space16
 
-            Item {
-                Layout.fillHeight: true
-            }
-            SGIcon {
-                Layout.alignment: Qt.AlignHCenter
-                symbol: "person.crop.circle.badge.questionmark"
-                size: 48
-                color: Tokens.sgTextSecondary
-            }
-            SGText {
-                horizontalAlignment: Text.AlignHCenter
-                text: L.text("desktop.menuBar.signInToStart")
-                color: Tokens.sgTextSecondary
-            }
-            SGButton {
-                Layout.alignment: Qt.AlignHCenter
-                title: L.text("auth.signIn")
-                onClicked: panel.viewModel.signIn()
-            }
-            Item {
-                Layout.fillHeight: true
-            }
-        }
-
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: panel.viewModel.isAuthenticated
-            spacing: Tokens.space16
-
-            Item {
-                Layout.fillHeight: true
-            }
-            HeroSymbol {
-                Layout.alignment: Qt.AlignHCenter
-                symbol: "shield.checkered"
-                from: panel.viewModel.isProtected ? Tokens.sgGradientStart : Tokens.sgDanger
-                to: panel.viewModel.isProtected ? Tokens.sgAurora2 : Tokens.sgWarning
-            }
-            SGText {
-                horizontalAlignment: Text.AlignHCenter
-                style: Styles.Title
-                text: panel.viewModel.statusText
-            }
             RowLayout {
-                Layout.alignment: Qt.AlignHCenter
-                Layout.fillWidth: false
-                visible: panel.viewModel.isOffline
+                Layout.fillHeight: false
                 spacing: Tokens.space8
 
-                SGIcon {
-                    symbol: "wifi.slash"
-                    color: Tokens.sgWarning
-                }
                 SGText {
-                    Layout.fillWidth: false
-                    style: Styles.BodySmall
-                    text: L.text("desktop.menuBar.offlineCache")
+                    style: Styles.Title
+                    text: "Stillgate"
+                    Accessible.role: Accessible.Heading
+                }
+                Rectangle {
+                    implicitWidth: 10
+                    implicitHeight: 10
+                    radius: 5
+                    color: panel.viewModel.isProtected ? Tokens.sgSuccess : Tokens.sgDanger
+                    Accessible.role: Accessible.Indicator
+                    Accessible.name: panel.viewModel.statusText
+                }
+            }
+            ColumnLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                visible: panel.viewModel.offersSignIn
+                spacing: Tokens.space16
+
+                Item {
+                    Layout.fillHeight: true
+                }
+                SGIcon {
+                    Layout.alignment: Qt.AlignHCenter
+                    symbol: "person.crop.circle.badge.questionmark"
+                    size: 48
                     color: Tokens.sgTextSecondary
                 }
+                SGText {
+                    horizontalAlignment: Text.AlignHCenter
+                    text: L.text("desktop.menuBar.signInToStart")
+                    color: Tokens.sgTextSecondary
+                }
+                SGButton {
+                    Layout.alignment: Qt.AlignHCenter
+                    title: L.text("auth.signIn")
+                    onClicked: panel.viewModel.signIn()
+                }
+                Item {
+                    Layout.fillHeight: true
+                }
             }
+            PopoverSession {
+                visible: panel.viewModel.isAuthenticated
+                viewModel: panel.viewModel
+            }
+
+            // While it isn't known yet whether there is a session, and where there is room.
             Item {
                 Layout.fillHeight: true
+                Layout.topMargin: -Tokens.space16
+                visible: !panel.viewModel.offersSignIn
             }
-        }
 
-        // While it isn't known yet whether there is a session.
-        Item {
-            Layout.fillHeight: true
-            visible: !panel.viewModel.offersSignIn && !panel.viewModel.isAuthenticated
-        }
+            // The rows stand out by their padding, so that their symbols are below the title.
+            ColumnLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: false
+                Layout.leftMargin: -Tokens.space8
+                Layout.rightMargin: -Tokens.space8
+                spacing: 0
 
-        // The rows stand out by their padding, so that their symbols are below the title.
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: false
-            Layout.leftMargin: -Tokens.space8
-            Layout.rightMargin: -Tokens.space8
-            spacing: Tokens.space4
+                Repeater {
+                    model: panel.viewModel.actions
 
-            PopoverRow {
-                visible: panel.viewModel.isAuthenticated
-                label: L.text("controller.refresh")
-                icon.name: "arrow.clockwise"
-                keyHint: "Ctrl+R"
-                onClicked: panel.viewModel.refresh()
-            }
-            PopoverRow {
-                label: L.text("desktop.menuBar.quitApp")
-                icon.name: "power"
-                isDanger: true
-                onClicked: panel.viewModel.quit()
+                    PopoverRow {
+                        required property popoverAction modelData
+
+                        label: modelData.label
+                        icon.name: modelData.symbol
+                        keyHint: modelData.keyHint
+                        isDanger: modelData.isDanger
+                        onClicked: panel.viewModel.perform(modelData.keyHint)
+                    }
+                }
             }
         }
     }

@@ -13,7 +13,8 @@ T.AbstractButton {
     readonly property color inkColor: isDanger ? Tokens.sgDanger : Tokens.sgTextPrimary
 
     text: label
-    padding: Tokens.space8
+    horizontalPadding: Tokens.space8
+    verticalPadding: 6
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     Layout.fillWidth: true
 

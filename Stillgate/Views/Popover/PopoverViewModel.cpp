@@ -1,22 +1,156 @@
 #include "Views/Popover/PopoverViewModel.h"
 
+#include "DesignSystem/Tokens.h"
 #include "Localization/L.h"
+#include "Views/Common/Minutes.h"
+
+#include <algorithm>
 
 namespace stillgate
 {
 
-PopoverViewModel::PopoverViewModel(SessionData& session, NotificationCenter& notifications, Actions actions)
-    : m_session(session)
-    , m_notifications(notifications)
-    , m_actions(std::move(actions))
+using namespace std::chrono_literals;
+
+namespace
 {
-    for (auto* field : {&session.isAuthenticated, &session.isBlockingActive, &session.isOffline, &session.isStarting})
-        m_notifiers.push_back(field->addNotifier([this] { Q_EMIT changed(); }));
+
+constexpr int protectionTab = 3;
+/// Until the tab is there and listens.
+constexpr auto untilTabListens = 300ms;
+constexpr std::int64_t littleTime = 30; // minutes
+
+constexpr auto quickBlockKey = "Ctrl+B";
+constexpr auto refreshKey = "Ctrl+R";
+constexpr auto quitKey = "Ctrl+Q";
+
+QString text(const char* key)
+{
+    return QString::fromStdString(L.localized(key));
+}
+
+QColor colorOfRemaining(std::int64_t minutes)
+{
+    if (minutes > littleTime)
+        return tokens().sgSuccess;
+    return minutes > 0 ? tokens().sgWarning : tokens().sgDanger;
+}
+
+QList<PopoverStatus> budgetStatuses(const ScreenTimeBudget& budget)
+{
+    const auto remaining = budget.dailyLimitMinutes + budget.earnedMinutesToday - budget.usedMinutesToday;
+    QList<PopoverStatus> rows{{"hourglass", text("controller.remaining"),
+        hoursAndMinutes(std::max<std::int64_t>(remaining, 0)), colorOfRemaining(remaining)}};
+    if (budget.earnedMinutesToday > 0)
+        rows.push_back({"gift.fill", text("controller.earned"), QString{"+%1m"}.arg(budget.earnedMinutesToday),
+            tokens().sgSuccess});
+    if (budget.pendingTaskCount > 0)
+        rows.push_back({"checklist", text("desktop.menuBar.pendingTasks"), QString::number(budget.pendingTaskCount),
+            tokens().sgWarning});
+    return rows;
+}
+
+} // namespace
+
+PopoverViewModel::PopoverViewModel(const PopoverServices& services)
+    : m_services(services)
+    , m_quickBlock(services.monitor, services.clock, services.scheduler, [this] { Q_EMIT changed(); })
+{
+    auto& session = services.session;
+    const auto follow = [this](auto&... fields) {
+        (m_notifiers.push_back(fields.addNotifier([this] { Q_EMIT changed(); })), ...);
+    };
+    follow(session.isAuthenticated, session.isBlockingActive, session.isOffline, session.isStarting, session.streak,
+        session.blockRules, session.budget, session.sharingCode, services.monitor.blockedAppAttempts);
 }
 
 QString PopoverViewModel::statusText() const
 {
-    return QString::fromStdString(isProtected() ? L.localized("common.active") : L.localized("common.inactive"));
+    return text(isProtected() ? "common.active" : "common.inactive");
+}
+
+QList<PopoverStatus> PopoverViewModel::statuses() const
+{
+    const auto& session = m_services.session;
+    const auto enabledRules = std::ranges::count(session.blockRules.value(), true, &BlockRule::enabled);
+    QList<PopoverStatus> rows{
+        {"shield.fill", text("desktop.protection.title"), statusText(),
+            isProtected() ? tokens().sgSuccess : tokens().sgDanger},
+        {"hand.raised.fill", text("desktop.menuBar.sitesShielded"),
+            QString::number(m_services.monitor.blockedAppAttempts), tokens().sgAccent},
+        {"lock.fill", text("desktop.menuBar.activeRules"), QString::number(enabledRules), tokens().sgAccent},
+    };
+    if (const auto& budget = session.budget.value())
+        rows += budgetStatuses(*budget);
+    return rows;
+}
+
+QString PopoverViewModel::sharingCode() const
+{
+    return QString::fromStdString(m_services.session.sharingCode.value().value_or(""));
+}
+
+double PopoverViewModel::budgetFraction() const
+{
+    const auto budget = m_services.session.budget.value().value_or(ScreenTimeBudget{});
+    const auto total = std::max<std::int64_t>(budget.dailyLimitMinutes + budget.earnedMinutesToday, 1);
+    return double(budget.usedMinutesToday) / double(total);
+}
+
+QList<PopoverAction> PopoverViewModel::actions() const
+{
+    const PopoverAction quit{"power", text("desktop.menuBar.quitApp"), quitKey, true};
+    if (!isAuthenticated())
+        return {quit};
+    return {
+        {"bolt.fill", text("desktop.quickBlock.title"), quickBlockKey},
+        {"macwindow", text("desktop.menuBar.openDashboard"), "Ctrl+D"},
+        {"checkmark.circle", text("desktop.menuBar.openTasks"), "Ctrl+T"},
+        {"link", text("connections.title"), "Ctrl+L"},
+        {"arrow.clockwise", text("controller.refresh"), refreshKey},
+        quit,
+    };
+}
+
+void PopoverViewModel::perform(const QString& keyHint)
+{
+    if (keyHint == quickBlockKey)
+        openQuickBlock();
+    else if (keyHint == refreshKey)
+        m_services.refresh();
+    else if (keyHint == quitKey)
+        m_services.quit();
+    else
+        m_services.showSettings(); // on the tab that it shows
+}
+
+bool PopoverViewModel::performKey(const QString& letter)
+{
+    const auto all = actions();
+    const auto keyHint = "Ctrl+" + letter;
+    const bool isKnown =
+        std::ranges::any_of(all, [&](const PopoverAction& action) { return action.keyHint == keyHint; });
+    if (isKnown)
+        perform(keyHint);
+    return isKnown;
+}
+
+void PopoverViewModel::openQuickBlock()
+{
+    m_services.showSettings();
+    m_services.notifications.post(sgNavigateToTab, {{"tab", protectionTab}});
+    m_quickBlockSoon =
+        m_services.scheduler.once(untilTabListens, [this] { m_services.notifications.post(sgShowQuickBlock); });
+}
+
+void PopoverViewModel::copyCode()
+{
+    m_services.pasteboard.setString(sharingCode().toStdString());
+}
+
+void PopoverViewModel::copyInviteLink()
+{
+    const auto site = m_services.bundle.infoValue("STILLGATE_WEB_SITE_URL").value_or("");
+    m_services.pasteboard.setString(site + "/src/pages/auth/login.html?invite=" + sharingCode().toStdString());
 }
 
 } // namespace stillgate

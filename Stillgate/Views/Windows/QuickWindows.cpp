@@ -4,6 +4,7 @@
 #include "DesignSystem/Motion.h"
 #include "Localization/L.h"
 #include "Views/BlockScreen/BlockModalViewModel.h"
+#include "Views/Common/AppIconProvider.h"
 #include "Views/Gates/ForceUpdateViewModel.h"
 #include "Views/Gates/MaintenanceViewModel.h"
 #include "Views/Popover/PopoverViewModel.h"
@@ -43,11 +44,18 @@ std::unique_ptr<Window> QuickWindows::makeWindow(const WindowDescription& descri
 
 std::unique_ptr<Popover> QuickWindows::makePopover()
 {
-    const PopoverViewModel::Actions actions{
+    auto viewModel = std::make_unique<PopoverViewModel>(PopoverServices{
+        .session = m_services.state,
+        .monitor = m_services.monitor,
+        .notifications = m_services.notifications,
+        .bundle = m_services.bundle,
+        .pasteboard = m_services.pasteboard,
+        .clock = m_services.clock,
+        .scheduler = m_services.scheduler,
+        .showSettings = [this] { showSettings(); },
         .refresh = [this] { runDetached(m_services.state.refreshData()); },
         .quit = m_services.quit,
-    };
-    auto viewModel = std::make_unique<PopoverViewModel>(m_services.state, m_services.notifications, actions);
+    });
     auto popover = std::make_unique<PopoverWindow>(
         engine(), Screen{"Popover", "MenuBarPopover", std::move(viewModel)}, m_services.clock);
     followMotionPreference();
@@ -94,6 +102,7 @@ QQmlEngine& QuickWindows::engine()
     if (!m_engine) {
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImportPath("qrc:/qt/qml");
+        m_engine->addImageProvider(AppIconProvider::scheme, new AppIconProvider{m_services.dataFolders}); // the engine's now
         m_preferencesChange = m_services.displayPreferences.onChange([this] { followMotionPreference(); });
     }
     return *m_engine;

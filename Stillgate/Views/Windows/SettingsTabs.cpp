@@ -1,6 +1,13 @@
 #include "Views/Windows/SettingsTabs.h"
 
+#include "Views/Account/AboutViewModel.h"
+#include "Views/Account/AccountViewModel.h"
 #include "Views/Devices/DevicesViewModel.h"
+#include "Views/Group/GroupViewModel.h"
+#include "Views/Protection/ProtectionViewModel.h"
+#include "Views/Schedules/SchedulesViewModel.h"
+#include "Views/ScreenTime/ScreenTimeViewModel.h"
+#include "Views/Streak/StreakViewModel.h"
 #include "Views/Windows/Screen.h"
 
 namespace stillgate
@@ -9,8 +16,30 @@ namespace stillgate
 TabScreen makeSettingsTab(int tag, const WindowServices& services)
 {
     switch (tag) {
+    case 1:
+        return {addressOfScreen("Streak", "StreakTab"),
+            std::make_unique<StreakViewModel>(services.state, services.clock, services.host, services.bundle.path())};
+    case 2:
+        return {
+            addressOfScreen("ScreenTime", "ScreenTimeTab"), std::make_unique<ScreenTimeViewModel>(services.backend)};
+    case 3:
+        return {addressOfScreen("Protection", "ProtectionTab"),
+            std::make_unique<ProtectionViewModel>(
+                ProtectionServices{services.state, services.ownRules, services.monitor, services.tracker,
+                    services.workspace, services.notifications, services.clock, services.scheduler, services.host})};
+    case 4:
+        return {addressOfScreen("Schedules", "ScheduleTab"),
+            std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
+    case 7:
+        return {addressOfScreen("Group", "GroupTab"), std::make_unique<GroupViewModel>(services.backend)};
     case 8:
         return {addressOfScreen("Devices", "DevicesTab"), std::make_unique<DevicesViewModel>(services.state)};
+    case 10:
+        return {addressOfScreen("Account", "AccountTab"),
+            std::make_unique<AccountViewModel>(services.state, services.backend, services.pasteboard)};
+    case 11:
+        return {addressOfScreen("Account", "AboutTab"),
+            std::make_unique<AboutViewModel>(services.bundle, services.workspace)};
     default:
         return {};
     }

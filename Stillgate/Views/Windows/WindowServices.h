@@ -10,7 +10,9 @@
 #include "Platform/WindowStacking.h"
 #include "Platform/Workspace.h"
 
+#include <filesystem>
 #include <functional>
+#include <vector>
 
 namespace stillgate
 {
@@ -34,7 +36,8 @@ struct WindowServices
     Scheduler& scheduler;
     const Host& host;
     WindowStacking& stacking;
-    std::function<void()> quit; ///< the application
+    std::vector<std::filesystem::path> dataFolders; ///< in which apps have their icons
+    std::function<void()> quit;                     ///< the application
 };
 
 } // namespace stillgate

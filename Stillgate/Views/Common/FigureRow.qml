@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Layouts
+import Stillgate.DesignSystem
+import Stillgate.Views.Common
+
+// A few figures in cards of the same size, side by side, or one below the other where a value doesn't fit.
+GridLayout {
+    id: root
+
+    required property var figures
+
+    readonly property real widestCard: {
+        let widest = 0;
+        for (let index = 0; index < cards.count; ++index)
+            widest = Math.max(widest, cards.itemAt(index)?.naturalWidth ?? 0);
+        return widest;
+    }
+    readonly property real cardWidth: (width - (figures.length - 1) * columnSpacing) / figures.length
+
+    columns: widestCard > cardWidth ? 1 : figures.length
+    columnSpacing: Tokens.space12
+    rowSpacing: Tokens.space12
+    Layout.fillWidth: true
+
+    Repeater {
+        id: cards
+
+        model: root.figures
+
+        StatCard {
+            required property figure modelData
+
+            title: modelData.title
+            value: modelData.value
+            symbol: modelData.symbol
+            color: modelData.color
+        }
+    }
+}

@@ -1,0 +1,98 @@
+#include "Views/Protection/QuickBlockStatus.h"
+
+#include "Localization/L.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+namespace stillgate
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+QString text(const char* key)
+{
+    return QString::fromStdString(L.localized(key));
+}
+
+} // namespace
+
+QuickBlockStatus::QuickBlockStatus(
+    AppMonitor& monitor, const Clock& clock, Scheduler& scheduler, std::function<void()> onChange)
+    : m_monitor(monitor)
+    , m_clock(clock)
+    , m_scheduler(scheduler)
+    , m_onChange(std::move(onChange))
+    , m_notifier(monitor.activeQuickBlock.addNotifier([this] {
+        follow();
+        notice();
+    }))
+{
+    follow();
+    m_told = text();
+}
+
+bool QuickBlockStatus::isRunning() const
+{
+    const auto& session = m_monitor.activeQuickBlock.value();
+    return session && m_clock.now() < session->expiresAt;
+}
+
+qint64 QuickBlockStatus::appCount() const
+{
+    const auto& session = m_monitor.activeQuickBlock.value();
+    return session ? std::ssize(session->bundleIds) : 0;
+}
+
+qint64 QuickBlockStatus::minutesLeft() const
+{
+    if (!isRunning())
+        return 0;
+    const auto left = m_monitor.activeQuickBlock.value()->expiresAt - m_clock.now();
+    return std::chrono::duration_cast<std::chrono::minutes>(left).count();
+}
+
+QString QuickBlockStatus::text() const
+{
+    if (!isRunning())
+        return {};
+    return QString{"%1 %2 · %3m %4"}
+        .arg(appCount())
+        .arg(stillgate::text("desktop.quickBlock.apps"))
+        .arg(minutesLeft())
+        .arg(stillgate::text("controller.remaining"));
+}
+
+QString QuickBlockStatus::textInLowerCase() const
+{
+    if (!isRunning())
+        return {};
+    const auto lower = [](const char* key) { return QLocale().toLower(stillgate::text(key)); };
+    return QString{"%1 %2 · %3m %4"}
+        .arg(appCount())
+        .arg(lower("desktop.quickBlock.apps"))
+        .arg(minutesLeft())
+        .arg(lower("controller.remaining"));
+}
+
+void QuickBlockStatus::follow()
+{
+    if (m_monitor.activeQuickBlock.value())
+        m_timer = m_scheduler.repeating(1s, [this] { notice(); });
+    else
+        m_timer.reset();
+}
+
+void QuickBlockStatus::notice()
+{
+    if (m_told == text())
+        return;
+    m_told = text();
+    m_onChange();
+}
+
+} // namespace stillgate
