@@ -10,6 +10,7 @@ T.CheckBox {
     required property int index
     required property bool isSelected
     required property bool isTabStop
+    property string title: modelData
 
     signal chosen
     signal movedTo(int day)
@@ -29,6 +30,7 @@ T.CheckBox {
     Keys.onRightPressed: movedTo(index + 1)
     Keys.onReturnPressed: event => event.isAutoRepeat || root.chosen()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.chosen()
+    Accessible.name: title
     Accessible.onPressAction: clicked()
     Accessible.onToggleAction: clicked()
 

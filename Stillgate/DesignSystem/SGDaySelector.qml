@@ -10,6 +10,7 @@ Row {
 
     required property list<int> selectedDays
     required property list<string> dayLabels
+    property list<string> dayTitles // for those who don't see that two labels may be the same
     property int tabStop: 0
 
     signal toggled(int day)
@@ -29,6 +30,7 @@ Row {
 
         // qmllint disable unqualified
         SGDay {
+            title: root.dayTitles[index] ?? modelData
             isSelected: root.selectedDays.includes(index)
             isTabStop: index === root.tabStop
             onChosen: root.toggled(index)

@@ -47,4 +47,9 @@ int LinuxHost::hourOfDay(Date moment) const
     return localTime(moment).time().hour();
 }
 
+std::string LinuxHost::timeZone() const
+{
+    return QTimeZone::systemTimeZoneId().toStdString();
+}
+
 } // namespace stillgate

@@ -20,6 +20,8 @@ public:
         return static_cast<int>((moment - startOfDay(moment)) / std::chrono::hours{1});
     }
 
+    [[nodiscard]] std::string timeZone() const override { return "UTC"; }
+
     std::string language = "en";
 };
 

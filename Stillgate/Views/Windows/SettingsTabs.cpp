@@ -8,6 +8,7 @@
 #include "Views/Schedules/SchedulesViewModel.h"
 #include "Views/ScreenTime/ScreenTimeViewModel.h"
 #include "Views/Streak/StreakViewModel.h"
+#include "Views/Schedules/SchedulesViewModel.h"
 #include "Views/Windows/Screen.h"
 
 namespace stillgate
@@ -32,6 +33,9 @@ TabScreen makeSettingsTab(int tag, const WindowServices& services)
             std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
     case 7:
         return {addressOfScreen("Group", "GroupTab"), std::make_unique<GroupViewModel>(services.backend)};
+    case 4:
+        return {addressOfScreen("Schedules", "ScheduleTab"),
+            std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
     case 8:
         return {addressOfScreen("Devices", "DevicesTab"), std::make_unique<DevicesViewModel>(services.state)};
     case 10:

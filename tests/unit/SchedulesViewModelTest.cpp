@@ -1,0 +1,188 @@
+#include "Views/Schedules/SchedulesViewModel.h"
+
+#include "tests/support/AppStateFixture.h"
+#include "tests/support/TextsInUse.h"
+
+#include <QLocale>
+
+namespace stillgate
+{
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace
+{
+
+BlockSchedule scheduleWithId(std::string id)
+{
+    return {.id = std::move(id), .name = "Homework", .scheduleType = "recurring", .enabled = true};
+}
+
+} // namespace
+
+class Schedules : public AppStateFixture
+{
+protected:
+    CreateScheduleViewModel& openSheet()
+    {
+        m_viewModel.openCreateSheet();
+        return *m_viewModel.createSheet();
+    }
+
+    [[nodiscard]] std::vector<std::string> namesInSession()
+    {
+        std::vector<std::string> names;
+        for (const auto& schedule : state().schedules.value())
+            names.push_back(schedule.name);
+        return names;
+    }
+
+    OwnRules m_ownRules{state(), m_backend, m_log};
+    SchedulesViewModel m_viewModel{state(), m_ownRules, m_host};
+};
+
+TEST(ScheduleRows, tellDaysAndTimesAsFarAsTheyAreKnown)
+{
+    using Days = std::optional<std::vector<std::string>>;
+    using Time = std::optional<std::string>;
+    const TextsInUse texts{R"({"schedule": {"alwaysOn": "Always on"}})"};
+
+    const struct
+    {
+        std::string type;
+        Days days;
+        Time start;
+        Time end;
+        QString subtitle;
+        QString brief;
+    } cases[] = {
+        {"recurring", Days{{"mon", "sun"}}, "09:00", "17:00", "mon, sun · 09:00 → 17:00", "mon, sun · 09:00 - 17:00"},
+        {"recurring", Days{{}}, "22:00", "06:00", "22:00 → 06:00", "22:00 - 06:00"},
+        {"recurring", std::nullopt, std::nullopt, "at noon", "at noon", "at noon"},
+        {"recurring", Days{{"fri"}}, std::nullopt, std::nullopt, "fri", "fri"},
+        {"recurring", std::nullopt, std::nullopt, std::nullopt, "", ""},
+        {"always", Days{{"fri"}}, "09:00", "17:00", "24/7 — Always on", "24/7 — Always on"},
+    };
+
+    for (const auto& [type, days, start, end, subtitle, brief] : cases) {
+        const BlockSchedule schedule{.scheduleType = type, .days = days, .startTime = start, .endTime = end};
+        EXPECT_EQ(scheduleDetailRow(schedule).subtitle, subtitle);
+        EXPECT_EQ(scheduleRow(schedule).subtitle, brief);
+    }
+}
+
+TEST_F(Schedules, newOneIsSentAsTheFormSays)
+{
+    const auto send = [&](int type, std::initializer_list<int> toggledDays, const char* start) {
+        auto& sheet = openSheet();
+        sheet.setName(" ");
+        for (const auto day : toggledDays)
+            sheet.toggleDay(day);
+        sheet.setProperty("startTime", start);
+        sheet.chooseType(type);
+        sheet.create();
+        return m_backend.sentSchedules.back();
+    };
+
+    const auto recurring = send(1, {6, 0, 1, 0}, "22:00");
+    EXPECT_EQ(recurring.name, " ");
+    EXPECT_EQ(recurring.scheduleType, "recurring");
+    EXPECT_THAT(*recurring.days, ElementsAre("mon", "wed", "thu", "fri", "sun"));
+    EXPECT_EQ(recurring.startTime, "22:00");
+    EXPECT_EQ(recurring.endTime, "17:00");
+    EXPECT_EQ(recurring.timezone, "UTC");
+    EXPECT_TRUE(recurring.enabled);
+
+    const auto onNoDay = send(1, {0, 1, 2, 3, 4}, "after lunch");
+    EXPECT_THAT(onNoDay.days, testing::Optional(IsEmpty()));
+    EXPECT_EQ(onNoDay.startTime, "after lunch");
+    EXPECT_NE(onNoDay.id, recurring.id);
+
+    const auto always = send(0, {5}, "10:00");
+    EXPECT_EQ(always.scheduleType, "always");
+    EXPECT_FALSE(always.days || always.startTime || always.endTime);
+    EXPECT_EQ(always.timezone, "UTC");
+}
+
+TEST_F(Schedules, newOneIsSentOnceAndShownAsTheServerHasIt)
+{
+    auto answer = scheduleWithId("s1");
+    answer.name = "As the server has it";
+    m_backend.createdSchedule = answer;
+    m_backend.hold("createSchedule");
+    auto& sheet = openSheet();
+    sheet.create();
+    EXPECT_THAT(m_backend.sentSchedules, IsEmpty()) << "without a name";
+    sheet.setName("Homework");
+    EXPECT_TRUE(sheet.canCreate());
+    sheet.create();
+    sheet.create();
+    EXPECT_THAT(m_backend.sentSchedules, SizeIs(1));
+    EXPECT_EQ(sheet.confirmTitle(), "common.creating");
+    EXPECT_EQ(sheet.confirmSymbol(), "");
+    EXPECT_TRUE(m_viewModel.isEmpty());
+
+    m_backend.release("createSchedule");
+    EXPECT_THAT(namesInSession(), ElementsAre("As the server has it"));
+    EXPECT_FALSE(m_viewModel.isEmpty());
+    EXPECT_EQ(m_viewModel.createSheet(), nullptr);
+
+    m_backend.createdSchedule = FakeBackend::unreachable();
+    auto& second = openSheet();
+    second.setName("Sleep");
+    second.create();
+    EXPECT_EQ(m_viewModel.createSheet(), nullptr) << "a failure closes it too";
+    EXPECT_THAT(namesInSession(), SizeIs(1));
+}
+
+TEST_F(Schedules, sheetThatIsLeftWhileItWaitsClosesNoOtherOne)
+{
+    m_backend.createdSchedule = scheduleWithId("s1");
+    m_backend.hold("createSchedule");
+    auto& left = openSheet();
+    left.setName("Homework");
+    left.create();
+    m_viewModel.closeCreateSheet();
+    const auto* next = &openSheet();
+    m_backend.release("createSchedule");
+    EXPECT_EQ(m_viewModel.createSheet(), next);
+    EXPECT_THAT(namesInSession(), ElementsAre("Homework")) << "it was sent, and is there";
+}
+
+TEST_F(Schedules, oneIsDeletedOnceTheUserHasAgreedAndTheServerHasAnswered)
+{
+    state().schedules = std::vector{scheduleWithId("s1"), scheduleWithId("s2")};
+    m_viewModel.askToDelete("s1");
+    EXPECT_TRUE(m_viewModel.asksToDelete());
+    m_viewModel.keep();
+    EXPECT_FALSE(m_viewModel.asksToDelete());
+    EXPECT_THAT(m_backend.calls, IsEmpty());
+
+    m_backend.hold("deleteSchedule s1");
+    m_viewModel.askToDelete("s1");
+    m_viewModel.deleteForGood();
+    EXPECT_FALSE(m_viewModel.asksToDelete());
+    EXPECT_THAT(namesInSession(), SizeIs(2));
+    m_backend.release("deleteSchedule s1"); // with a failure
+    EXPECT_THAT(namesInSession(), SizeIs(1));
+
+    m_viewModel.askToDelete("s2");
+    state().schedules = std::vector<BlockSchedule>{};
+    EXPECT_FALSE(m_viewModel.asksToDelete()) << "nothing is left to ask for";
+}
+
+TEST_F(Schedules, weekBeginsOnMondayInTheLanguageOfTheTexts)
+{
+    const auto before = QLocale{};
+    QLocale::setDefault(QLocale{"en"});
+    EXPECT_THAT(CreateScheduleViewModel::dayLabels(), ElementsAre("M", "T", "W", "T", "F", "S", "S"));
+    EXPECT_EQ(CreateScheduleViewModel::dayTitles().first(), "Monday");
+    QLocale::setDefault(QLocale{"tr"});
+    EXPECT_EQ(CreateScheduleViewModel::dayTitles().first(), "Pazartesi");
+    QLocale::setDefault(before);
+}
+
+} // namespace stillgate
