@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Stillgate.DesignSystem
 
-// A column on glass: a little light on whatever is behind, and a hairline around it.
+// A column on glass: a little light on whatever is behind, and a hairline around it. In a card that is taller than it
+// needs to be, such as one beside a taller one, the column stays at the top.
 Item {
     id: root
 
@@ -22,8 +23,9 @@ Item {
     ColumnLayout {
         id: column
 
-        anchors.fill: parent
-        anchors.margins: root.padding
+        x: root.padding
+        y: root.padding
+        width: root.width - 2 * root.padding
         spacing: Tokens.space12
     }
 }

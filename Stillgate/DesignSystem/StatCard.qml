@@ -11,6 +11,9 @@ SGGlassCard {
     required property string symbol
     required property color color
 
+    // What keeps the value in one line.
+    readonly property real naturalWidth: Math.ceil(figure.implicitWidth) + 2 * padding
+
     Accessible.role: Accessible.StaticText
     Accessible.name: title + ": " + value
     Layout.fillHeight: true
@@ -21,11 +24,9 @@ SGGlassCard {
         size: 18
         color: root.color
     }
-    Item {
-        Layout.fillHeight: true
-        Layout.topMargin: -Tokens.space12
-    }
     SGText {
+        id: figure
+
         style: Styles.Figure
         text: root.value
         Accessible.ignored: true
