@@ -25,6 +25,9 @@ public:
     /// What a clock on the wall shows then, in the machine's time zone: the full hour, 0 to 23.
     [[nodiscard]] virtual int hourOfDay(Date moment) const = 0;
 
+    /// What a calendar on the wall shows then, in the machine's time zone.
+    [[nodiscard]] virtual std::chrono::weekday weekday(Date moment) const = 0;
+
     /// The machine's time zone, by its identifier in the tz database: "Europe/Istanbul".
     [[nodiscard]] virtual std::string timeZone() const = 0;
 };

@@ -2,6 +2,7 @@
 #include "Localization/L.h"
 #include "Views/BlockScreen/BlockIllustrations.h"
 #include "Views/BlockScreen/BlockModalViewModel.h"
+#include "Views/Common/Illustrations.h"
 #include "tests/support/FakeBackend.h"
 #include "tests/support/FakeShell.h"
 #include "tests/support/TemporaryFolder.h"
@@ -87,9 +88,10 @@ TEST(BlockScreen, pictureThatIsNotThereLeavesTheSymbol)
     const auto resources = bundle.path() / "Contents/Resources";
     putFile(resources / "ill-nature.webp", "picture");
     putFile(bundle.path() / "secret.webp", "not a picture of ours");
-    EXPECT_EQ(illustrationFile(bundle.path(), "ill-nature"), resources / "ill-nature.webp");
+    EXPECT_EQ(illustrationAddress(bundle.path(), "ill-nature").toLocalFile().toStdString(),
+        (resources / "ill-nature.webp").string());
     for (const auto* name : {"ill-none", "", "../../secret", "/etc/passwd", "ill-nature.webp"})
-        EXPECT_TRUE(illustrationFile(bundle.path(), name).empty()) << name;
+        EXPECT_TRUE(illustrationAddress(bundle.path(), name).isEmpty()) << name;
 
     const BlockModalViewModel lost{{.category = "news", .illustrationOverride = "ill-gone"}, {}, 12, bundle.path()};
     EXPECT_TRUE(lost.illustration().isEmpty()) << "nor the category's picture";

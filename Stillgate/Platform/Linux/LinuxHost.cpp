@@ -47,6 +47,11 @@ int LinuxHost::hourOfDay(Date moment) const
     return localTime(moment).time().hour();
 }
 
+std::chrono::weekday LinuxHost::weekday(Date moment) const
+{
+    return std::chrono::weekday{static_cast<unsigned>(localTime(moment).date().dayOfWeek())};
+}
+
 std::string LinuxHost::timeZone() const
 {
     return QTimeZone::systemTimeZoneId().toStdString();

@@ -12,6 +12,7 @@ public:
     [[nodiscard]] std::string languageCode() const override;
     [[nodiscard]] Date startOfDay(Date moment) const override;
     [[nodiscard]] int hourOfDay(Date moment) const override;
+    [[nodiscard]] std::chrono::weekday weekday(Date moment) const override;
     [[nodiscard]] std::string timeZone() const override;
 };
 

@@ -20,6 +20,11 @@ public:
         return static_cast<int>((moment - startOfDay(moment)) / std::chrono::hours{1});
     }
 
+    [[nodiscard]] std::chrono::weekday weekday(Date moment) const override
+    {
+        return std::chrono::weekday{std::chrono::floor<std::chrono::days>(moment)};
+    }
+
     [[nodiscard]] std::string timeZone() const override { return "UTC"; }
 
     std::string language = "en";
