@@ -107,10 +107,8 @@ void createRuleCategory(Stage& stage)
 
 void createRuleName(Stage& stage)
 {
-    auto& sheet = openCreateRule(stage);
-    sheet.selectCategory(7);
-    sheet.goOn();
-    sheet.goBack();
+    openCreateRule(stage);
+    stage.press("onboarding.categories.custom");
 }
 
 void createRuleApps(Stage& stage)

@@ -6,8 +6,9 @@ namespace stillgate::test
 std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
-    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), devicesScenes(),
-             screenTimeScenes(), streakScenes(), groupScenes(), accountScenes(), protectionScenes(), scheduleScenes()})
+    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), dashboardScenes(),
+             devicesScenes(), screenTimeScenes(), streakScenes(), groupScenes(), accountScenes(), protectionScenes(),
+             scheduleScenes(), taskScenes()})
         all.insert(all.end(), scenes.begin(), scenes.end());
     return all;
 }

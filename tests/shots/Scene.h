@@ -22,6 +22,7 @@ struct Scene
 
 std::span<const Scene> accountScenes();
 std::span<const Scene> blockScreenScenes();
+std::span<const Scene> dashboardScenes();
 std::span<const Scene> devicesScenes();
 std::span<const Scene> gateScenes();
 std::span<const Scene> groupScenes();
@@ -30,6 +31,7 @@ std::span<const Scene> protectionScenes();
 std::span<const Scene> screenTimeScenes();
 std::span<const Scene> scheduleScenes();
 std::span<const Scene> signInScenes();
+std::span<const Scene> taskScenes();
 std::span<const Scene> streakScenes();
 
 } // namespace stillgate::test

@@ -1,5 +1,6 @@
 #include "tests/shots/Stage.h"
 
+#include "Localization/L.h"
 #include "Views/BlockScreen/BlockModalViewModel.h"
 #include "Views/Settings/SettingsViewModel.h"
 
@@ -9,6 +10,19 @@
 
 namespace stillgate::test
 {
+
+namespace
+{
+
+template <class Visit>
+void forEachItem(QQuickItem& item, Visit visit)
+{
+    visit(item);
+    for (auto* child : item.childItems())
+        forEachItem(*child, visit);
+}
+
+} // namespace
 
 Stage::Stage()
     : authorization(
@@ -78,13 +92,19 @@ QObject& Stage::openTabViewModel()
 void Stage::expandAllRows()
 {
     window().grabWindow(); // the rows come with a frame
-    const auto expand = [](const auto& self, QQuickItem& item) -> void {
+    forEachItem(*window().contentItem(), [](QQuickItem& item) {
         if (item.property("isExpanded").isValid())
             item.setProperty("isExpanded", true);
-        for (auto* child : item.childItems())
-            self(self, *child);
-    };
-    expand(expand, *window().contentItem());
+    });
+}
+
+void Stage::press(const std::string& key)
+{
+    const auto text = QString::fromStdString(L.localized(key));
+    forEachItem(*window().contentItem(), [&](QQuickItem& item) {
+        if (item.inherits("QQuickAbstractButton") && item.property("text") == text)
+            QMetaObject::invokeMethod(&item, "clicked");
+    });
 }
 
 QQuickWindow& Stage::window()

@@ -47,6 +47,9 @@ public:
     /// Unfolds every row of the open tab that can be.
     static void expandAllRows();
 
+    /// The control that says the text of this key.
+    static void press(const std::string& key);
+
     /// What has been opened.
     [[nodiscard]] static QQuickWindow& window();
 

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Stillgate.DesignSystem
 import Stillgate.Views.Common
 
-// A few figures in cards of the same size, side by side, or one below the other where a value doesn't fit.
+// A few figures in cards of the same size: side by side, or, where a value doesn't fit, in pairs or one below the other.
 GridLayout {
     id: root
 
@@ -15,9 +15,12 @@ GridLayout {
             widest = Math.max(widest, cards.itemAt(index)?.naturalWidth ?? 0);
         return widest;
     }
-    readonly property real cardWidth: (width - (figures.length - 1) * columnSpacing) / figures.length
 
-    columns: widestCard > cardWidth ? 1 : figures.length
+    function fit(inARow: int): bool {
+        return widestCard <= (width - (inARow - 1) * columnSpacing) / inARow;
+    }
+
+    columns: fit(figures.length) ? figures.length : figures.length % 2 === 0 && fit(2) ? 2 : 1
     columnSpacing: Tokens.space12
     rowSpacing: Tokens.space12
     Layout.fillWidth: true

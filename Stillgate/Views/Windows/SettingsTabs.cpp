@@ -2,13 +2,14 @@
 
 #include "Views/Account/AboutViewModel.h"
 #include "Views/Account/AccountViewModel.h"
+#include "Views/Dashboard/DashboardViewModel.h"
 #include "Views/Devices/DevicesViewModel.h"
 #include "Views/Group/GroupViewModel.h"
 #include "Views/Protection/ProtectionViewModel.h"
 #include "Views/Schedules/SchedulesViewModel.h"
 #include "Views/ScreenTime/ScreenTimeViewModel.h"
 #include "Views/Streak/StreakViewModel.h"
-#include "Views/Schedules/SchedulesViewModel.h"
+#include "Views/Tasks/TasksViewModel.h"
 #include "Views/Windows/Screen.h"
 
 namespace stillgate
@@ -17,6 +18,9 @@ namespace stillgate
 TabScreen makeSettingsTab(int tag, const WindowServices& services)
 {
     switch (tag) {
+    case 0:
+        return {addressOfScreen("Dashboard", "DashboardTab"),
+            std::make_unique<DashboardViewModel>(services.state, services.monitor, services.notifications)};
     case 1:
         return {addressOfScreen("Streak", "StreakTab"),
             std::make_unique<StreakViewModel>(services.state, services.clock, services.host, services.bundle.path())};
@@ -33,9 +37,8 @@ TabScreen makeSettingsTab(int tag, const WindowServices& services)
             std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
     case 7:
         return {addressOfScreen("Group", "GroupTab"), std::make_unique<GroupViewModel>(services.backend)};
-    case 4:
-        return {addressOfScreen("Schedules", "ScheduleTab"),
-            std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
+    case 6:
+        return {addressOfScreen("Tasks", "TasksTab"), std::make_unique<TasksViewModel>(services.backend)};
     case 8:
         return {addressOfScreen("Devices", "DevicesTab"), std::make_unique<DevicesViewModel>(services.state)};
     case 10:

@@ -1,0 +1,158 @@
+#include "Views/Dashboard/DashboardViewModel.h"
+
+#include "DesignSystem/Tokens.h"
+#include "Localization/L.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace stillgate
+{
+
+namespace
+{
+
+constexpr int tasksTab = 6;
+constexpr std::size_t mostTasks = 3;
+constexpr std::size_t mostSchedules = 3;
+constexpr std::size_t mostRules = 5;
+
+QString text(const std::string& key)
+{
+    return QString::fromStdString(L.localized(key));
+}
+
+/// The first rows of those that are wanted.
+template <class Row, class Records, class IsWanted, class RowOf>
+QList<Row> firstRows(const Records& records, std::size_t most, IsWanted isWanted, RowOf rowOf)
+{
+    QList<Row> rows;
+    for (const auto& record : records | std::views::filter(isWanted) | std::views::take(most))
+        rows.push_back(rowOf(record));
+    return rows;
+}
+
+bool isPending(const SGTask& task)
+{
+    return task.status == "pending";
+}
+
+bool isApproved(const SGTask& task)
+{
+    return task.status == "approved";
+}
+
+} // namespace
+
+DashboardTaskRow dashboardTaskRow(const SGTask& task)
+{
+    DashboardTaskRow row{
+        .id = QString::fromStdString(task.id),
+        .symbol = "circle.dashed",
+        .color = tokens().sgAccent,
+        .title = QString::fromStdString(task.title),
+        .reward = QString{"+%1m %2"}.arg(task.rewardMinutes).arg(text("common.reward")),
+        .status = text(isPending(task) ? "common.inProgress" : "tasks." + task.status),
+        .statusColor = isPending(task) ? tokens().sgWarning : tokens().sgSuccess,
+    };
+    if (isApproved(task)) {
+        row.symbol = "checkmark.circle.fill";
+        row.color = tokens().sgSuccess;
+    } else if (task.status == "completed") {
+        row.symbol = "clock.badge.checkmark";
+        row.color = tokens().sgWarning;
+    }
+    return row;
+}
+
+DashboardViewModel::DashboardViewModel(AppState& state, AppMonitor& monitor, NotificationCenter& notifications)
+    : m_state(state)
+    , m_monitor(monitor)
+    , m_notifications(notifications)
+{
+    const auto follow = [this](auto&... fields) {
+        (m_notifiers.push_back(fields.addNotifier([this] { update(); })), ...);
+    };
+    follow(state.isBlockingActive, state.budget, state.tasks, state.schedules, state.blockRules, state.streak,
+        state.devices, monitor.blockedAppAttempts);
+    update();
+    runDetached(state.refreshData());
+}
+
+QString DashboardViewModel::statusText() const
+{
+    return text(isBlockingActive() ? "dashboard.protectionsActive" : "desktop.protection.title");
+}
+
+QList<Figure> DashboardViewModel::figures() const
+{
+    const auto enabledRules = std::ranges::count(m_state.blockRules.value(), true, &BlockRule::enabled);
+    const auto activeDevices = std::ranges::count(m_state.devices.value(), true, &SGDevice::isActive);
+    const auto streakDays = QString::number(m_state.streak.value().currentStreakDays);
+    return {
+        {text("streak.title"), streakDays + ' ' + text("time.days"), "flame.fill", tokens().sgStreakFire},
+        {text("blocks.blocking"), QString::number(m_monitor.blockedAppAttempts), "hand.raised.fill", tokens().sgAccent},
+        {text("desktop.protection.title"), QString::number(enabledRules), "lock.fill", tokens().white},
+        {text("devices.title"), QString::number(activeDevices), "laptopcomputer", tokens().sgSuccess},
+    };
+}
+
+bool DashboardViewModel::hasLimit() const
+{
+    return budget().dailyLimitMinutes > 0;
+}
+
+QString DashboardViewModel::budgetText() const
+{
+    return QString{"%1m / %2m"}.arg(budget().usedMinutesToday).arg(minutesOfDay());
+}
+
+QString DashboardViewModel::earnedText() const
+{
+    return QString{"+%1m %2"}.arg(budget().earnedMinutesToday).arg(text("controller.earned"));
+}
+
+QString DashboardViewModel::usedText() const
+{
+    return QString{"%1m %2 / %3m"}.arg(budget().usedMinutesToday).arg(text("controller.used")).arg(minutesOfDay());
+}
+
+double DashboardViewModel::budgetFraction() const
+{
+    return double(budget().usedMinutesToday) / double(std::max<std::int64_t>(minutesOfDay(), 1));
+}
+
+QString DashboardViewModel::completedTasksText() const
+{
+    const auto count = std::ranges::count_if(m_state.tasks.value(), isApproved);
+    return count > 0 ? QString::number(count) + ' ' + text("common.completed") : QString{};
+}
+
+void DashboardViewModel::viewAllTasks()
+{
+    m_notifications.post(sgNavigateToTab, {{"tab", tasksTab}});
+}
+
+void DashboardViewModel::update()
+{
+    const auto every = [](const auto&) { return true; };
+    m_tasks.setRows(firstRows<DashboardTaskRow>(m_state.tasks.value(), mostTasks, isPending, dashboardTaskRow));
+    m_schedules.setRows(
+        firstRows<ScheduleRow>(m_state.schedules.value(), mostSchedules, &BlockSchedule::enabled, scheduleRow));
+    m_rules.setRows(firstRows<RuleRow>(m_state.blockRules.value(), mostRules, every, [this](const BlockRule& rule) {
+        return ruleRow(rule, m_state.domainsOfCategory(rule.category.value_or("")));
+    }));
+    Q_EMIT changed();
+}
+
+ScreenTimeBudget DashboardViewModel::budget() const
+{
+    return m_state.budget.value().value_or(ScreenTimeBudget{});
+}
+
+std::int64_t DashboardViewModel::minutesOfDay() const
+{
+    return budget().dailyLimitMinutes + budget().earnedMinutesToday;
+}
+
+} // namespace stillgate
