@@ -11,6 +11,9 @@ T.RadioButton {
     required property bool isSelected
     required property bool isTabStop
     property string symbol
+    property bool isGlyph: false // its text is an emoji
+
+    readonly property color inkColor: isSelected ? Tokens.sgAccent : Tokens.sgTextSecondary
 
     signal chosen(int newIndex)
 
@@ -19,7 +22,7 @@ T.RadioButton {
     activeFocusOnTab: isTabStop || activeFocus // which an item may not lose while it has the focus
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     implicitHeight: 32
-    horizontalPadding: Tokens.space12
+    horizontalPadding: isGlyph ? Tokens.space8 : Tokens.space12
 
     // A click checks it by itself; whether it stays checked is for the owner to say.
     onClicked: {
@@ -43,33 +46,35 @@ T.RadioButton {
             color: root.isSelected ? Tokens.sgAccent : Tokens.sgGlassBorder
         }
     }
-    contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: row.implicitHeight
+    contentItem: Row {
+        spacing: 6
 
-        Row {
-            id: row
-
-            anchors.centerIn: parent
-            spacing: 6
-
-            SGIcon {
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: root.symbol
-                visible: symbol !== ""
-                size: 13
-                color: label.color
+        SGIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: root.symbol
+            visible: symbol !== ""
+            size: 13
+            color: root.inkColor
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isGlyph
+            text: root.text
+            font {
+                family: "Noto Color Emoji" // a text font may have it too, in ink
+                pixelSize: 18
             }
-            SGText {
-                id: label
-
-                style: Styles.BodySmall
-                text: root.text
-                color: root.isSelected ? Tokens.sgAccent : Tokens.sgTextSecondary
-                font.weight: Font.Medium
-                wrapMode: Text.NoWrap
-                Accessible.ignored: true
-            }
+            Accessible.ignored: true
+        }
+        SGText {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: !root.isGlyph
+            style: Styles.BodySmall
+            text: root.text
+            color: root.inkColor
+            font.weight: Font.Medium
+            wrapMode: Text.NoWrap
+            Accessible.ignored: true
         }
     }
 

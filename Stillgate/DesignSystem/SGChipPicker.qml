@@ -11,6 +11,7 @@ Flow {
     required property list<string> options
     required property int selected
     property list<string> symbols
+    property bool showsGlyphs: false // the options are emoji
 
     signal activated(int index)
 
@@ -35,6 +36,7 @@ Flow {
         // qmllint disable unqualified
         SGChip {
             symbol: root.symbols[index] ?? ""
+            isGlyph: root.showsGlyphs
             isTabStop: index === root.tabStop
             isSelected: index === root.selected
             onChosen: newIndex => root.choose(newIndex)
