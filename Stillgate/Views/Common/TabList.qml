@@ -23,6 +23,8 @@ ListView {
     readonly property real columnX: (width - columnWidth) / 2
     readonly property Item focused: Window.activeFocusItem
     readonly property real line: 40
+    readonly property real beginning: originY - topMargin // it moves when the heading needs more lines
+    property real beginningBefore
 
     function isOnPage(item: Item): bool {
         let at = item;
@@ -38,11 +40,12 @@ ListView {
     }
 
     function scrollTo(y: real) {
-        contentY = Math.max(originY - topMargin, Math.min(y, originY + contentHeight + bottomMargin - height));
+        contentY = Math.max(beginning, Math.min(y, originY + contentHeight + bottomMargin - height));
     }
 
     focus: true
     keyNavigationEnabled: false // the arrow keys scroll
+    currentIndex: -1 // or it would take over the keyboard, and the page, from a row that goes
     topMargin: margin
     bottomMargin: margin
     spacing: Tokens.space8
@@ -52,6 +55,11 @@ ListView {
         Accessible.ignored: true
     }
 
+    onBeginningChanged: {
+        if (contentY <= beginningBefore)
+            contentY = beginning;
+        beginningBefore = beginning;
+    }
     onFocusedChanged: if (focused && isOnPage(focused))
         reveal(focused)
     Keys.onDownPressed: scrollTo(contentY + line)
