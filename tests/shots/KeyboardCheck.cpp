@@ -256,7 +256,7 @@ QStringList activationFindings(const Scene& scene)
             const Showing showing{scene, WindowSize::Opening}; // a press may change everything
             const auto all = usableItems(showing.window(), isPressable);
             buttons = all.size();
-            if (index >= buttons) // rows beyond the page are there when there is time for them
+            if (index >= buttons)
                 break;
             const auto name = nameOf(*all[index]);
             const QSignalSpy clicks{all[index], SIGNAL(clicked())};

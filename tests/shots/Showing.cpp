@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QImage>
+#include <QQmlIncubationController>
 
 namespace stillgate::test
 {
@@ -16,9 +17,13 @@ Showing::Showing(const Scene& scene, WindowSize size)
 
 void settle(QQuickWindow& window)
 {
-    QCoreApplication::processEvents();
-    window.grabWindow(); // layouts come to rest with a frame
-    QCoreApplication::processEvents();
+    auto& rows = *window.incubationController(); // those of a list beyond the page, one by one
+    do {
+        rows.incubateFor(100);
+        QCoreApplication::processEvents();
+        window.grabWindow(); // layouts come to rest with a frame
+        QCoreApplication::processEvents();
+    } while (rows.incubatingObjectCount() > 0);
 }
 
 } // namespace stillgate::test
