@@ -2,7 +2,6 @@
 #include "Views/Gates/ForceUpdateViewModel.h"
 #include "Views/Gates/MaintenanceViewModel.h"
 #include "Views/Popover/PopoverPlace.h"
-#include "Views/Popover/PopoverViewModel.h"
 #include "Views/SignIn/AuthViewModel.h"
 #include "tests/support/AppStateFixture.h"
 
@@ -119,33 +118,6 @@ TEST_F(ViewModels, forcedUpdateNamesBothVersionsAndTheWay)
     state().forceUpdateUrl = "https://stillgate.example/get?for=debian";
     viewModel.download();
     EXPECT_THAT(workspace.openedURLs, ElementsAre("https://stillgate.example/get?for=debian"));
-}
-
-TEST_F(ViewModels, popoverShowsNothingOfASessionThatIsOver)
-{
-    std::vector<std::string> done;
-    const auto note = [&](const char* what) { return [&done, what] { done.emplace_back(what); }; };
-    PopoverViewModel viewModel{state(), m_notifications, {.refresh = note("refresh"), .quit = note("quit")}};
-    watch(viewModel);
-    state().isOffline = true;
-    EXPECT_FALSE(viewModel.isAuthenticated() || viewModel.isProtected() || viewModel.isOffline());
-    state().isAuthenticated = true;
-    EXPECT_TRUE(viewModel.isAuthenticated() && viewModel.isProtected() && viewModel.isOffline());
-    state().isBlockingActive = false;
-    EXPECT_FALSE(viewModel.isProtected());
-    EXPECT_EQ(viewModel.statusText(), "common.inactive");
-    EXPECT_EQ(m_changes, 3);
-
-    state().isAuthenticated = false;
-    EXPECT_TRUE(viewModel.offersSignIn());
-    state().isStarting = true;
-    EXPECT_FALSE(viewModel.offersSignIn()) << "while the start may find a session";
-
-    const auto request = m_notifications.observe(sgOpenAuthWindow, note("sign in"));
-    viewModel.signIn();
-    viewModel.refresh();
-    viewModel.quit();
-    EXPECT_THAT(done, ElementsAre("sign in", "refresh", "quit"));
 }
 
 TEST(PopoverPlace, isBesideTheAnchorAndOnTheScreen)
