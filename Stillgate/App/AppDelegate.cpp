@@ -95,8 +95,8 @@ void AppDelegate::applicationReopened()
         return;
     if (const auto window = windowFor(m_state))
         m_windows.open(*window);
-    else if (!m_popover || !m_popover->isShown())
-        togglePopover();
+    else
+        m_shell.windowFactory.showSettings(); // also where a desktop shows no status items
 }
 
 void AppDelegate::terminate()
