@@ -120,22 +120,25 @@ SGSheet {
                 title: L.text("common.summary")
             }
             Repeater {
-                model: sheet.viewModel.summary
+                // A number, so that the rows stay when their texts change: a layout that comes into view at that moment
+                // would still have the rows that are gone (Qt 6.4).
+                model: sheet.viewModel.summary.length
 
                 RowLayout {
                     id: line
 
-                    required property choice modelData
+                    required property int index
+                    readonly property choice entry: sheet.viewModel.summary[index]
 
                     spacing: Tokens.space8
 
                     SGIcon {
-                        symbol: line.modelData.symbol
+                        symbol: line.entry.symbol
                         size: 14
                         color: Tokens.sgTextSecondary
                     }
                     SGText {
-                        text: line.modelData.title
+                        text: line.entry.title
                     }
                 }
             }

@@ -45,10 +45,18 @@ Rectangle {
         id: overlay
 
         property Item focusBefore
+        readonly property Item focused: Window.activeFocusItem
+
+        function giveFocusBack() {
+            if (!item)
+                (focusBefore ?? tab).forceActiveFocus(Qt.TabFocusReason);
+        }
 
         anchors.fill: parent
         sourceComponent: tab.item?.sheet ?? null
-        onSourceComponentChanged: if (!sourceComponent && focusBefore)
-            focusBefore.forceActiveFocus()
+        onFocusedChanged: if (!sourceComponent && !item) // nor while one goes
+            focusBefore = focused
+        onItemChanged: if (!item)
+            Qt.callLater(giveFocusBack) // once what was below is enabled again
     }
 }

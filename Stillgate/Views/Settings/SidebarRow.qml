@@ -39,7 +39,6 @@ Loader {
             implicitHeight: Math.max(34, implicitContentHeight + topPadding + bottomPadding)
             horizontalPadding: Tokens.space8
             verticalPadding: 7
-            Accessible.role: Accessible.PageTab
 
             // A click checks it by itself; which tab is shown is for the view model to say.
             onClicked: {
