@@ -50,7 +50,7 @@ TEST(AccessibilityBus, signInCanBeHeardAndPressed)
     EXPECT_TRUE(bus.find(window, Role::Label, "desktop.linkDevice.preparing"));
     const auto button = bus.find(window, Role::PushButton, "desktop.linkDevice.openBrowser");
     ASSERT_TRUE(button);
-    EXPECT_TRUE(bus.isFocusable(*button));
+    EXPECT_TRUE(bus.is(*button, AccessibilityBus::State::Focusable));
     EXPECT_TRUE(bus.doAction(*button));
     EXPECT_THAT(stage.workspace.openedURLs, testing::ElementsAre(testing::HasSubstr("user_code=AB")));
 }

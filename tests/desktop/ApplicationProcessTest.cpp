@@ -4,7 +4,6 @@
 #include "tests/desktop/StatusNotifierHost.h"
 #include "tests/desktop/X11TestWindow.h"
 
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -65,16 +64,6 @@ protected:
     static bool comesToFront(const std::string& title)
     {
         return becomes([&] { return isInFront(title); });
-    }
-
-    /// A click right after it has gone is the one that made it go, and opens nothing: then comes another one.
-    static bool clickOpensPopover(const StatusNotifierHost& host)
-    {
-        return becomes([&] {
-            host.activate();
-            const QDeadlineTimer moment{std::chrono::seconds{1}};
-            return becomes([&] { return isInFront(popover) || moment.hasExpired(); }) && isInFront(popover);
-        });
     }
 
     QByteArray m_display = ::qgetenv("DISPLAY");

@@ -90,6 +90,21 @@ void SignedInProgram::makeGuardianRule(
         {{"category", "custom"}, {"enabled", true}, {"customDomains", domains}, {"customApps", appList(apps)}});
 }
 
+json SignedInProgram::rulesOnServer()
+{
+    return call(m_device, "GET", "/block-rules");
+}
+
+void SignedInProgram::cutNetwork()
+{
+    m_server->process().kill();
+}
+
+void SignedInProgram::restoreNetwork()
+{
+    m_server->process().restart(ServerProcess::Ports::same);
+}
+
 void SignedInProgram::start()
 {
     m_program.reset();

@@ -27,8 +27,15 @@ public:
     void makeGuardianRule(
         const std::string& connection, const std::vector<std::string>& apps, const std::vector<std::string>& domains);
 
+    /// The user's own, as the server has them.
+    [[nodiscard]] nlohmann::json rulesOnServer();
+
     /// Starts the program, and waits until it watches.
     void start();
+
+    /// From now on nobody answers the program.
+    void cutNetwork();
+    void restoreNetwork();
 
     [[nodiscard]] ApplicationProcess& program() { return *m_program; }
 

@@ -9,6 +9,8 @@
 #include <QDBusVariant>
 #include <QDeadlineTimer>
 
+#include <utility>
+
 namespace stillgate::test
 {
 
@@ -36,7 +38,6 @@ using Object = AccessibilityBus::Object;
 constexpr auto connectionName = "accessibility";
 constexpr auto accessible = "org.a11y.atspi.Accessible";
 constexpr auto properties = "org.freedesktop.DBus.Properties";
-constexpr int focusableState = 11; // ATSPI_STATE_FOCUSABLE
 
 QDBusMessage call(const QDBusConnection& connection, const Object& object, const char* interface, const char* method,
     const QVariantList& arguments = {})
@@ -121,13 +122,13 @@ AccessibilityBus::Role AccessibilityBus::role(const Object& object) const
     return Role{reply.value()};
 }
 
-bool AccessibilityBus::isFocusable(const Object& object) const
+bool AccessibilityBus::is(const Object& object, State state) const
 {
     const auto reply = call(m_connection, object, accessible, "GetState");
     if (reply.type() != QDBusMessage::ReplyMessage)
         return false;
     const auto bits = qdbus_cast<QList<unsigned>>(reply.arguments().constFirst());
-    return !bits.isEmpty() && (bits.constFirst() >> focusableState & 1) != 0;
+    return !bits.isEmpty() && (bits.constFirst() >> std::to_underlying(state) & 1) != 0;
 }
 
 bool AccessibilityBus::doAction(const Object& object) const
@@ -136,16 +137,28 @@ bool AccessibilityBus::doAction(const Object& object) const
     return reply.value();
 }
 
+bool AccessibilityBus::takeFocus(const Object& object) const
+{
+    const QDBusReply<bool> reply = call(m_connection, object, "org.a11y.atspi.Component", "GrabFocus");
+    return reply.value();
+}
+
 std::optional<AccessibilityBus::Object> AccessibilityBus::find(
-    const Object& root, Role wantedRole, const QString& wantedName) const
+    const Object& root, const std::function<bool(const Object&)>& isWanted) const
 {
     for (const auto& child : children(root)) {
-        if (role(child) == wantedRole && name(child) == wantedName)
+        if (isWanted(child))
             return child;
-        if (const auto found = find(child, wantedRole, wantedName))
+        if (const auto found = find(child, isWanted))
             return found;
     }
     return std::nullopt;
+}
+
+std::optional<AccessibilityBus::Object> AccessibilityBus::find(
+    const Object& root, Role wantedRole, const QString& wantedName) const
+{
+    return find(root, [&](const Object& each) { return role(each) == wantedRole && name(each) == wantedName; });
 }
 
 } // namespace stillgate::test
