@@ -37,11 +37,18 @@ protected:
         return settings;
     }
 
-    [[nodiscard]] ProgramWindow openProtection()
+    [[nodiscard]] ProgramWindow openTab(const std::string& name)
     {
         auto settings = openSettings();
-        settings.press(RadioButton, "Protection");
+        settings.press(RadioButton, name);
         return settings;
+    }
+
+    void refresh()
+    {
+        const auto popover = openPopover();
+        popover.press(PushButton, "Refresh");
+        popover.key("Escape");
     }
 
     [[nodiscard]] ProgramWindow window(const std::string& title) { return {m_bus, program(), title}; }
@@ -93,7 +100,7 @@ protected:
     [[nodiscard]] std::vector<std::string> namesOnServer()
     {
         std::vector<std::string> names;
-        for (const auto& rule : rulesOnServer())
+        for (const auto& rule : ownRules())
             names.push_back(rule.at("customName"));
         return names;
     }
@@ -105,7 +112,7 @@ protected:
 TEST_F(DailySurfaces, ruleHoldsAtOnceWithoutANetworkAndArrivesOnceThereIsOne)
 {
     start();
-    const auto settings = openProtection();
+    const auto settings = openTab("Protection");
     cutNetwork();
     beginRule(settings, "Films");
     enterSites(settings, {"video.example", "films.example"});
@@ -131,7 +138,7 @@ TEST_F(DailySurfaces, quickBlockHoldsUntilItIsEnded)
 {
     const auto hosts = fileBytes("/etc/hosts");
     start();
-    const auto settings = openProtection();
+    const auto settings = openTab("Protection");
     settings.press(PushButton, "Quick block");
     settings.press(RadioButton, "15 min");
     chooseApp(settings, "Mousepad");
@@ -185,6 +192,80 @@ TEST_F(DailySurfaces, popoverFollowsTheDayAndGoesWhenNobodyWantsIt)
     EXPECT_TRUE(settings.shows(Heading, "Quick block"));
     settings.press(PushButton, "Cancel");
     EXPECT_TRUE(settings.shows(Label, "What you keep away, and how firmly.")) << "of the protection tab";
+}
+
+TEST_F(DailySurfaces, taskEarnsItsMinutesOnceTheGuardianApproves)
+{
+    const auto connection = linkGuardian();
+    limitDay(connection, 60);
+    giveTask(connection, "Dishes", 15);
+    giveTask(connection, "Hoover", 10);
+    start();
+    const auto tasks = openTab("Tasks");
+    EXPECT_TRUE(tasks.shows(Label, "Dishes"));
+    tasks.press(PushButton, "Mark as done");
+    tasks.press(PushButton, "Mark as done");
+    EXPECT_TRUE(tasks.shows(Label, "Awaiting approval"));
+    EXPECT_TRUE(becomes([this] {
+        return ownTask("Dishes").at("status") == "completed" && ownTask("Hoover").at("status") == "completed";
+    }));
+    judgeTask("Dishes", "approve");
+    judgeTask("Hoover", "reject");
+    const auto popover = openPopover();
+    EXPECT_TRUE(popover.shows(Label, "1h 0m"));
+    popover.press(PushButton, "Refresh");
+    EXPECT_TRUE(popover.shows(Label, "+15m"));
+    EXPECT_TRUE(popover.shows(Label, "1h 15m")) << "the day is longer";
+    const auto& settings = tasks;
+    settings.key("ctrl+d");
+    EXPECT_TRUE(settings.shows(Label, "+15m Earned"));
+    settings.key("ctrl+t");
+    EXPECT_TRUE(tasks.shows(Label, "Approved"));
+    EXPECT_TRUE(tasks.shows(Label, "Sent back"));
+}
+
+TEST_F(DailySurfaces, taskOfOnesOwnIsCreated)
+{
+    start();
+    const auto tasks = openTab("Tasks");
+    tasks.press(PushButton, "Create a task");
+    tasks.type("What will you do?", {"Read a book"});
+    tasks.press(PushButton, "Create");
+    EXPECT_TRUE(tasks.shows(Label, "Read a book"));
+    EXPECT_EQ(ownTask("Read a book").at("status"), "pending");
+}
+
+TEST_F(DailySurfaces, nameOfTheScheduleIsOnTheBlockScreen)
+{
+    makeRule({editor}, {});
+    start();
+    const auto schedules = openTab("Schedules");
+    schedules.press(PushButton, "New schedule");
+    schedules.type("New schedule", {"Homework"});
+    schedules.press(RadioButton, "Always on");
+    schedules.press(PushButton, "Create");
+    EXPECT_TRUE(schedules.shows(Label, "Homework"));
+    refresh();
+    const ApplicationProcess app{home, {"--disable-server"}, "mousepad"};
+    EXPECT_TRUE(blockScreenComes());
+    EXPECT_TRUE(window("Stillgate").shows(Label, "Homework"));
+}
+
+TEST_F(DailySurfaces, dataCanBeTakenAlongAndTheAccountDeleted)
+{
+    start();
+    const auto account = openTab("Account");
+    account.press(PushButton, "Copy my data");
+    EXPECT_TRUE(becomes([] {
+        const auto data = nlohmann::json::parse(shell("xclip -out -selection clipboard 2>/dev/null"), nullptr, false);
+        return data.is_object() && data.dump().contains("account-0@example.org");
+    }));
+    account.press(PushButton, "Delete account");
+    EXPECT_TRUE(account.shows(Heading, "Delete your account?"));
+    EXPECT_TRUE(hasAccount());
+    account.press(PushButton, "Delete");
+    EXPECT_TRUE(window("Sign In").comes());
+    EXPECT_FALSE(hasAccount());
 }
 
 TEST_F(DailySurfaces, keyboardIsEnough)

@@ -43,13 +43,19 @@ bool SignedInProgram::begin()
     return true;
 }
 
+std::string SignedInProgram::curl(
+    const SignedInDevice& device, const std::string& method, const std::string& path, const json& body)
+{
+    return "curl --silent --fail-with-body --request " + method + " --cacert '" +
+        (m_server->process().folder() / "authority.pem").string() + "' --header 'Authorization: Bearer " +
+        device.token + "' --header 'Content-Type: application/json' --data-binary '" + body.dump() + "' " +
+        m_server->process().baseURL() + path;
+}
+
 json SignedInProgram::call(
     const SignedInDevice& device, const std::string& method, const std::string& path, const json& body)
 {
-    const auto answer = shell("curl --silent --fail-with-body --request " + method + " --cacert '" +
-        (m_server->process().folder() / "authority.pem").string() + "' --header 'Authorization: Bearer " +
-        device.token + "' --header 'Content-Type: application/json' --data-binary '" + body.dump() + "' " +
-        m_server->process().baseURL() + path + " || echo refused");
+    const auto answer = shell(curl(device, method, path, body) + " || echo refused");
     EXPECT_FALSE(answer.ends_with("refused\n")) << path << answer;
     return json::parse(answer, nullptr, false);
 }
@@ -90,9 +96,34 @@ void SignedInProgram::makeGuardianRule(
         {{"category", "custom"}, {"enabled", true}, {"customDomains", domains}, {"customApps", appList(apps)}});
 }
 
-json SignedInProgram::rulesOnServer()
+void SignedInProgram::giveTask(const std::string& connection, const std::string& title, int minutes)
+{
+    call(m_guardian, "POST", "/guardian/connections/" + connection + "/tasks",
+        {{"title", title}, {"rewardMinutes", minutes}, {"repeatType", "once"}, {"requiresProof", false}});
+}
+
+void SignedInProgram::judgeTask(const std::string& title, const std::string& judgement)
+{
+    call(m_guardian, "POST", "/tasks/" + ownTask(title).at("id").get<std::string>() + '/' + judgement);
+}
+
+json SignedInProgram::ownRules()
 {
     return call(m_device, "GET", "/block-rules");
+}
+
+json SignedInProgram::ownTask(const std::string& title)
+{
+    for (auto& task : call(m_device, "GET", "/tasks?role=assignee")) {
+        if (task.at("title") == title)
+            return task;
+    }
+    return nullptr;
+}
+
+bool SignedInProgram::hasAccount()
+{
+    return !shell(curl(m_device, "GET", "/block-rules") + " >/dev/null || echo refused").contains("refused");
 }
 
 void SignedInProgram::cutNetwork()

@@ -27,8 +27,15 @@ public:
     void makeGuardianRule(
         const std::string& connection, const std::vector<std::string>& apps, const std::vector<std::string>& domains);
 
-    /// The user's own, as the server has them.
-    [[nodiscard]] nlohmann::json rulesOnServer();
+    void giveTask(const std::string& connection, const std::string& title, int minutes);
+
+    /// The guardian's "approve" or "reject" of what the user has done.
+    void judgeTask(const std::string& title, const std::string& judgement);
+
+    // As the server has them.
+    [[nodiscard]] nlohmann::json ownRules();
+    [[nodiscard]] nlohmann::json ownTask(const std::string& title); ///< null if there is none
+    [[nodiscard]] bool hasAccount();
 
     /// Starts the program, and waits until it watches.
     void start();
@@ -42,6 +49,8 @@ public:
     ApplicationHome home;
 
 private:
+    [[nodiscard]] std::string curl(const SignedInDevice& device, const std::string& method, const std::string& path,
+        const nlohmann::json& body = nlohmann::json::object());
     nlohmann::json call(const SignedInDevice& device, const std::string& method, const std::string& path,
         const nlohmann::json& body = nlohmann::json::object());
 
