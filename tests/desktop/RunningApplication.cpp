@@ -1,5 +1,7 @@
 #include "tests/desktop/RunningApplication.h"
 
+#include "Platform/Linux/Desktop/DesktopEntries.h"
+
 #include <QGuiApplication>
 #include <nlohmann/json.hpp>
 

@@ -81,7 +81,7 @@ ColumnLayout {
             delegate: AppPickerRow {
                 width: ListView.view.width
                 isTabStop: ListView.isCurrentItem
-                onToggledByUser: root.picker.toggle(row.id)
+                onToggledByUser: bundleId => root.picker.toggle(bundleId)
                 onMovedTo: index => list.moveTo(index)
                 onGotKeyboard: index => list.currentIndex = index
             }

@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 import Stillgate.DesignSystem
+import Stillgate.Views.AppPicker
 
 // An app of the list, with the mark of being chosen.
 T.CheckDelegate {
@@ -11,7 +12,7 @@ T.CheckDelegate {
     required property int index
     required property bool isTabStop
 
-    signal toggledByUser
+    signal toggledByUser(string bundleId)
     signal movedTo(int newIndex)
     signal gotKeyboard(int index)
 
@@ -24,7 +25,7 @@ T.CheckDelegate {
 
     // A click checks it by itself; whether it stays so is for the owner to say.
     onClicked: {
-        root.toggledByUser();
+        root.toggledByUser(row.id);
         checked = Qt.binding(() => row.isSelected);
     }
     onActiveFocusChanged: if (activeFocus)
@@ -47,26 +48,8 @@ T.CheckDelegate {
     contentItem: RowLayout {
         spacing: Tokens.space12
 
-        Item {
-            implicitWidth: 24
-            implicitHeight: 24
-
-            Image {
-                id: picture
-
-                anchors.fill: parent
-                source: root.row.icon
-                sourceSize: Qt.size(24, 24)
-                visible: status === Image.Ready
-                Accessible.ignored: true
-            }
-            SGIcon {
-                anchors.centerIn: parent
-                visible: !picture.visible
-                symbol: "app.fill"
-                size: 20
-                color: Tokens.sgTextSecondary
-            }
+        AppIcon {
+            source: root.row.icon
         }
         SGText {
             text: root.row.name

@@ -75,6 +75,7 @@ ListView {
             positionViewAtEnd();
     }
 
+    // qmllint disable unqualified
     header: ColumnLayout {
         x: page.columnX
         width: page.columnWidth
@@ -97,4 +98,5 @@ ListView {
         width: page.columnWidth
         sourceComponent: page.below
     }
+    // qmllint enable unqualified
 }

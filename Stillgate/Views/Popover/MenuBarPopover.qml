@@ -110,6 +110,7 @@ Rectangle {
                 Repeater {
                     model: panel.viewModel.actions
 
+                    // qmllint disable unqualified
                     PopoverRow {
                         required property popoverAction modelData
 
@@ -119,6 +120,7 @@ Rectangle {
                         isDanger: modelData.isDanger
                         onClicked: panel.viewModel.perform(modelData.keyHint)
                     }
+                    // qmllint enable unqualified
                 }
             }
         }

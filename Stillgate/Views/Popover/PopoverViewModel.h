@@ -78,7 +78,7 @@ class PopoverViewModel : public QObject
     Q_PROPERTY(bool offersSignIn READ offersSignIn NOTIFY changed)
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     Q_PROPERTY(bool isOffline READ isOffline NOTIFY changed)
-    Q_PROPERTY(qint64 streakDays READ streakDays NOTIFY changed)
+    Q_PROPERTY(int streakDays READ streakDays NOTIFY changed)
     Q_PROPERTY(QList<stillgate::PopoverStatus> statuses READ statuses NOTIFY changed)
     Q_PROPERTY(QString sharingCode READ sharingCode NOTIFY changed)
     Q_PROPERTY(bool hasBudget READ hasBudget NOTIFY changed)
@@ -101,7 +101,10 @@ public:
 
     [[nodiscard]] bool isOffline() const { return isAuthenticated() && m_services.session.isOffline; }
 
-    [[nodiscard]] qint64 streakDays() const { return m_services.session.streak.value().currentStreakDays; }
+    [[nodiscard]] int streakDays() const
+    {
+        return static_cast<int>(m_services.session.streak.value().currentStreakDays);
+    }
 
     [[nodiscard]] QList<PopoverStatus> statuses() const;
 

@@ -16,7 +16,6 @@ SGSheet {
     subtitle: viewModel.subtitle
     canConfirm: viewModel.canGoOn
     onConfirmed: viewModel.goOn()
-    onStepChanged: Qt.callLater(startWithFirstControl)
 
     header: RowLayout {
         spacing: Tokens.space8
@@ -24,6 +23,7 @@ SGSheet {
         Repeater {
             model: 3
 
+            // qmllint disable unqualified
             Rectangle {
                 id: segment
 
@@ -34,6 +34,7 @@ SGSheet {
                 color: sheet.step > segment.index ? Tokens.sgAccent : Tokens.sgBgElevated
                 Layout.fillWidth: true
             }
+            // qmllint enable unqualified
         }
     }
 
@@ -41,6 +42,9 @@ SGSheet {
     ColumnLayout {
         visible: sheet.step === 1
         spacing: Tokens.space16
+
+        onVisibleChanged: if (visible)
+            sheet.startWithFirstControl()
 
         SGChoiceGrid {
             columns: width < 440 ? 2 : 4
@@ -61,6 +65,9 @@ SGSheet {
     ColumnLayout {
         visible: sheet.step === 2
         spacing: Tokens.space16
+
+        onVisibleChanged: if (visible)
+            sheet.startWithFirstControl()
 
         SGChoiceGrid {
             columns: 2
@@ -95,6 +102,9 @@ SGSheet {
         visible: sheet.step === 3
         spacing: Tokens.space16
 
+        onVisibleChanged: if (visible)
+            sheet.startWithFirstControl()
+
         SGChoiceGrid {
             columns: 1
             choices: sheet.viewModel.policies
@@ -124,6 +134,7 @@ SGSheet {
                 // would still have the rows that are gone (Qt 6.4).
                 model: sheet.viewModel.summary.length
 
+                // qmllint disable unqualified
                 RowLayout {
                     id: line
 
@@ -141,6 +152,7 @@ SGSheet {
                         text: line.entry.title
                     }
                 }
+                // qmllint enable unqualified
             }
         }
     }

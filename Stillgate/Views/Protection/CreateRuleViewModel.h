@@ -39,7 +39,7 @@ class CreateRuleViewModel : public QObject
     Q_PROPERTY(QList<stillgate::Choice> policies READ policies CONSTANT)
     Q_PROPERTY(int selectedPolicy READ selectedPolicy WRITE selectPolicy NOTIFY changed)
     Q_PROPERTY(bool asksForCooldown READ asksForCooldown NOTIFY changed)
-    Q_PROPERTY(QStringList cooldowns READ cooldowns CONSTANT)
+    Q_PROPERTY(QList<QString> cooldowns READ cooldowns CONSTANT)
     Q_PROPERTY(int selectedCooldown READ selectedCooldown WRITE selectCooldown NOTIFY changed)
 
     Q_PROPERTY(QList<stillgate::Choice> summary READ summary NOTIFY changed)

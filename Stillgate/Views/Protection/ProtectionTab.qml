@@ -15,6 +15,7 @@ TabList {
     model: viewModel.rules
     sheet: viewModel.createRule ? createRule : viewModel.quickBlock ? quickBlock : viewModel.asksToDelete ? question : null
 
+    // qmllint disable unqualified
     actions: RowLayout {
         spacing: Tokens.space8
 
@@ -96,11 +97,13 @@ TabList {
             implicitHeight: Tokens.space8
         }
     }
-    below: EmptyState {
-        visible: !page.viewModel.hasRules
-        symbol: "shield.slash"
-        title: L.text("desktop.protection.noRules")
-        explanation: L.text("desktop.protection.noRulesDesc")
+    below: ColumnLayout {
+        EmptyState {
+            visible: !page.viewModel.hasRules
+            symbol: "shield.slash"
+            title: L.text("desktop.protection.noRules")
+            explanation: L.text("desktop.protection.noRulesDesc")
+        }
     }
     delegate: RuleRow {
         x: page.columnX
@@ -135,4 +138,5 @@ TabList {
             onConfirmed: page.viewModel.deleteRule()
         }
     }
+    // qmllint enable unqualified
 }

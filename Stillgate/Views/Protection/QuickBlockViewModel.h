@@ -19,7 +19,7 @@ class QuickBlockViewModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("made by the protection tab")
 
-    Q_PROPERTY(QStringList durations READ durations CONSTANT)
+    Q_PROPERTY(QList<QString> durations READ durations CONSTANT)
     Q_PROPERTY(int selectedDuration READ selectedDuration WRITE selectDuration NOTIFY changed)
     Q_PROPERTY(int selectedTab READ selectedTab WRITE selectTab NOTIFY changed)
     Q_PROPERTY(bool showsApps READ showsApps NOTIFY changed)

@@ -87,12 +87,14 @@ ColumnLayout {
                 Repeater {
                     model: section.modelData.entries
 
+                    // qmllint disable unqualified
                     Tag {
                         required property string modelData
 
                         text: modelData
                         widest: entries.width
                     }
+                    // qmllint enable unqualified
                 }
             }
             SGText {

@@ -105,9 +105,11 @@ Item {
             visible: active
             active: root.isExpanded
             opacity: active ? 1 : 0
+            // qmllint disable unqualified
             sourceComponent: RuleDetails {
                 row: root.row
             }
+            // qmllint enable unqualified
 
             Behavior on opacity {
                 enabled: !Motion.isReduced

@@ -31,6 +31,8 @@ Rectangle {
         anchors.right: parent.right
         height: parent.height
         enabled: !overlay.item
+        onEnabledChanged: if (enabled)
+            overlay.giveFocusBack()
         Component.onCompleted: showTab()
 
         Connections {
@@ -48,15 +50,12 @@ Rectangle {
         readonly property Item focused: Window.activeFocusItem
 
         function giveFocusBack() {
-            if (!item)
-                (focusBefore ?? tab).forceActiveFocus(Qt.TabFocusReason);
+            (focusBefore ?? tab).forceActiveFocus(Qt.TabFocusReason);
         }
 
         anchors.fill: parent
         sourceComponent: tab.item?.sheet ?? null
         onFocusedChanged: if (!sourceComponent && !item) // nor while one goes
             focusBefore = focused
-        onItemChanged: if (!item)
-            Qt.callLater(giveFocusBack) // once what was below is enabled again
     }
 }

@@ -40,7 +40,10 @@ Rectangle {
 
                 Image {
                     source: "qrc:/stillgate/app-icon/stillgate.svg"
-                    sourceSize: Qt.size(28, 28)
+                    sourceSize {
+                        width: 28
+                        height: 28
+                    }
                     Accessible.ignored: true
                 }
                 SGText {

@@ -14,6 +14,7 @@ Loader {
     sourceComponent: modelData.icon === "" ? sectionTitle : row
     Layout.fillWidth: true
 
+    // qmllint disable unqualified
     Component {
         id: sectionTitle
 
@@ -88,4 +89,5 @@ Loader {
             }
         }
     }
+    // qmllint enable unqualified
 }

@@ -27,6 +27,7 @@ ColumnLayout {
                 id: picture
 
                 anchors.fill: parent
+                asynchronous: true // to decode those of all rows takes as long as five frames
                 visible: status === Image.Ready
                 source: root.modelData.illustration
                 sourceSize {
@@ -37,7 +38,7 @@ ColumnLayout {
             }
             SGIcon {
                 anchors.centerIn: parent
-                visible: !picture.visible
+                visible: picture.status === Image.Null || picture.status === Image.Error
                 symbol: root.modelData.symbol
                 size: 26
                 color: root.modelData.color
