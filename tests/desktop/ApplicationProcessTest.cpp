@@ -1,7 +1,7 @@
 #include "tests/desktop/ApplicationProcess.h"
 
 #include "tests/desktop/PrivateWorld.h"
-#include "tests/desktop/StatusNotifierHost.h"
+#include "tests/desktop/ProgramWindow.h"
 #include "tests/desktop/X11TestWindow.h"
 
 #include <QElapsedTimer>

@@ -1,7 +1,6 @@
 #include "tests/desktop/PrivateWorld.h"
 #include "tests/desktop/ProgramWindow.h"
 #include "tests/desktop/SignedInProgram.h"
-#include "tests/desktop/StatusNotifierHost.h"
 #include "tests/desktop/X11TestWindow.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,7 @@
 #include "tests/desktop/ProgramWindow.h"
 
+#include <QDeadlineTimer>
+
 namespace stillgate::test
 {
 
@@ -131,6 +133,16 @@ void ProgramWindow::takeKeyboard() const
     });
     if (!hasKeyboard)
         throw std::runtime_error{"the keyboard doesn't come to " + m_title};
+}
+
+bool clickOpensPopover(const StatusNotifierHost& host)
+{
+    constexpr auto popover = "Stillgate";
+    return becomes([&] {
+        host.activate();
+        const QDeadlineTimer moment{std::chrono::seconds{1}};
+        return becomes([&] { return isInFront(popover) || moment.hasExpired(); }) && isInFront(popover);
+    });
 }
 
 } // namespace stillgate::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/desktop/ApplicationProcess.h"
+#include "tests/desktop/StatusNotifierHost.h"
 #include "tests/support/AccessibilityBus.h"
 
 namespace stillgate::test
@@ -52,5 +53,9 @@ private:
     const ApplicationProcess& m_program;
     std::string m_title;
 };
+
+/// Whether clicks open the program's popover. One right after it has gone is the one that made it go, and opens
+/// nothing: then comes another one.
+[[nodiscard]] bool clickOpensPopover(const StatusNotifierHost& host);
 
 } // namespace stillgate::test

@@ -1,12 +1,9 @@
 #include "tests/desktop/StatusNotifierHost.h"
 
-#include "tests/desktop/ApplicationProcess.h"
-
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 
 #include <stdexcept>
 
@@ -124,16 +121,6 @@ void StatusNotifierHost::choose(const std::string& entry) const
     auto message = QDBusMessage::createMethodCall(m_service, menuPath(), menuInterface, "Event");
     message.setArguments({menu().at(entry), "clicked", QVariant::fromValue(QDBusVariant{0}), 0U});
     m_bus.send(message);
-}
-
-bool clickOpensPopover(const StatusNotifierHost& host)
-{
-    constexpr auto popover = "Stillgate";
-    return becomes([&] {
-        host.activate();
-        const QDeadlineTimer moment{std::chrono::seconds{1}};
-        return becomes([&] { return isInFront(popover) || moment.hasExpired(); }) && isInFront(popover);
-    });
 }
 
 } // namespace stillgate::test

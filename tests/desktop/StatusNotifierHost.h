@@ -49,8 +49,4 @@ private:
     QString m_service;
 };
 
-/// Whether clicks open the program's popover. One right after it has gone is the one that made it go, and opens
-/// nothing: then comes another one.
-[[nodiscard]] bool clickOpensPopover(const StatusNotifierHost& host);
-
 } // namespace stillgate::test
