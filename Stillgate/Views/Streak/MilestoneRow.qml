@@ -27,7 +27,7 @@ ColumnLayout {
                 id: picture
 
                 anchors.fill: parent
-                asynchronous: true // to decode those of all rows takes as long as five frames
+                asynchronous: true // to decode those of all rows takes as long as four frames
                 visible: status === Image.Ready
                 source: root.modelData.illustration
                 sourceSize {
