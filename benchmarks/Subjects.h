@@ -28,6 +28,10 @@ void registerStartBenchmarks(Report& report);
 /// works with rules: without scripts/private-computer, its rows are skipped.
 void registerDesktopBenchmarks(Report& report);
 
+/// How long a user waits for the settings window, its tabs and its lists, and whether its memory stays level. Opens
+/// windows: without scripts/private-desktop, its rows are skipped.
+void registerSettingsBenchmarks(Report& report);
+
 /// How soon the monitor knows that a site is blocked, and shows that an app is. Opens windows: without
 /// scripts/private-computer, the second row is skipped.
 void registerMonitorBenchmarks(Report& report);

@@ -26,6 +26,7 @@ int main(int argc, char** argv)
     registerServerBenchmarks(report);
     registerStartBenchmarks(report);
     registerDesktopBenchmarks(report);
+    registerSettingsBenchmarks(report);
     try {
         benchmark::RunSpecifiedBenchmarks();
     } catch (const std::exception& problem) {
