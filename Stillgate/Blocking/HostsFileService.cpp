@@ -56,12 +56,27 @@ void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rew
         removeBlocks();
         return;
     }
-    if (domains.empty())
-        rewrite = Rewrite::always; // every file has all of no names
-    else if (m_wanted.empty())
-        m_wanted = domains;
+    if (rewrite == Rewrite::ifPartIsMissing && isPartOfLastList(domains))
+        domains = lastList();
+    if (rewrite == Rewrite::always || domains.empty()) // every file has all of no names
+        m_isRewriteDue = true;
     auto key = keyOf(domains);
-    submit({std::move(domains), std::move(key), rewrite});
+    submit({std::move(domains), std::move(key)});
+}
+
+bool HostsFileService::isPartOfLastList(const std::vector<std::string>& domains) const
+{
+    const std::unordered_set<std::string_view> last{lastList().begin(), lastList().end()};
+    return !domains.empty() && std::ranges::all_of(domains, [&](const auto& domain) { return last.contains(domain); });
+}
+
+/// The list last asked for; none if that isn't known since the start.
+const std::vector<std::string>& HostsFileService::lastList() const
+{
+    static const std::vector<std::string> none;
+    if (m_waiting)
+        return m_waiting->domains;
+    return m_wanted ? *m_wanted : none;
 }
 
 void HostsFileService::setTemporaryDomains(std::set<std::string> domains)
@@ -71,9 +86,9 @@ void HostsFileService::setTemporaryDomains(std::set<std::string> domains)
     m_temporary = std::move(domains);
     if (m_waiting)
         return submit(std::move(*m_waiting));
-    auto list = listInFile();
+    auto list = wantedList();
     auto key = keyOf(list);
-    submit({std::move(list), std::move(key), Rewrite::ifNamesAreMissing});
+    submit({std::move(list), std::move(key)});
 }
 
 void HostsFileService::submit(BlockRequest request)
@@ -92,24 +107,40 @@ void HostsFileService::apply(BlockRequest request)
         runDetached(remove());
         return;
     }
-    const bool isEnough = request.rewrite == Rewrite::ifNamesAreMissing && permanenceInFile() == m_permanence &&
-        m_temporaryInFile == m_temporary;
-    if (isEnough && request.key == m_defaults.string(hashKey).value_or("")) {
-        reportWanted(request.domains);
+    const bool isEnough = !m_isRewriteDue && permanenceInFile() == m_permanence && isListThere(request);
+    if (!isEnough || m_temporaryInFile != m_temporary) {
+        auto list = isEnough ? fullerList(request.domains) : request.domains;
+        runDetached(write(std::move(request), std::move(list)));
         return;
     }
-    if (isEnough && isInFile(request.domains)) {
+    if (request.key != m_defaults.string(hashKey).value_or(""))
         m_defaults.setString(hashKey, request.key);
-        reportWanted(request.domains);
-        return;
-    }
-    runDetached(write(std::move(request)));
+    if (m_written.empty())
+        m_written = request.domains;
+    reportWanted(request.domains);
+    m_wanted = std::move(request.domains);
 }
 
-/// What the file stands for but for the temporary domains, or will when a write has ended.
-std::vector<std::string> HostsFileService::listInFile() const
+bool HostsFileService::isListThere(const BlockRequest& request) const
 {
-    return m_wanted.empty() ? domainsIn(m_defaults.string(hashKey).value_or("")) : m_wanted;
+    return request.key == m_defaults.string(hashKey).value_or("") || isInFile(request.domains);
+}
+
+/// What the file stands for but for the temporary domains, if the list is a part of that: names beyond a list stay
+/// also when temporary domains come and go.
+std::vector<std::string> HostsFileService::fullerList(const std::vector<std::string>& domains) const
+{
+    const HostNames written{m_written};
+    const bool isPart = !domains.empty() && std::ranges::all_of(domains, [&](const auto& domain) {
+        return std::ranges::binary_search(written.sorted(), lowercased(domain));
+    });
+    return isPart ? m_written : domains;
+}
+
+/// The last list, or will be when a write has ended.
+std::vector<std::string> HostsFileService::wantedList() const
+{
+    return m_wanted ? *m_wanted : domainsIn(m_defaults.string(hashKey).value_or(""));
 }
 
 std::vector<std::string> HostsFileService::withTemporary(std::vector<std::string> domains) const
@@ -125,28 +156,30 @@ bool HostsFileService::isInFile(const std::vector<std::string>& domains) const
     for (const auto& name : getBlockedDomains())
         names.insert(lowercased(name));
     if (!m_temporaryInFile.empty()) {
-        const HostNames ofList{m_wanted};
+        const HostNames ofList{m_written};
         std::erase_if(names, [&](const auto& name) { return !std::ranges::binary_search(ofList.sorted(), name); });
     }
     return std::ranges::all_of(domains, [&](const auto& domain) { return names.contains(lowercased(domain)); });
 }
 
-Task<> HostsFileService::write(BlockRequest request)
+Task<> HostsFileService::write(BlockRequest request, std::vector<std::string> list)
 {
     m_running = std::make_shared<OneShotEvent>();
     m_wanted = request.domains;
+    const bool takesNamesOut = std::exchange(m_isRewriteDue, false);
     const auto permanence = m_permanence;
     const auto temporary = m_temporary;
-    const auto written =
-        co_await m_writer.replaceBlock(generateHostsEntries(withTemporary(request.domains)), permanence);
+    const auto written = co_await m_writer.replaceBlock(generateHostsEntries(withTemporary(list)), permanence);
     if (written) {
         m_defaults.setString(hashKey, request.key);
         setPermanenceInFile(permanence);
+        m_written = std::move(list);
         m_temporaryInFile = temporary;
         reportWanted(request.domains);
     } else {
         m_log.write("[HostsFile] Failed to apply blocks");
         report(false, 0);
+        m_isRewriteDue = m_isRewriteDue || takesNamesOut;
         // The same list has just been tried.
         if (m_waiting && m_waiting->key == request.key && m_temporary == temporary)
             m_waiting.reset();
@@ -167,7 +200,7 @@ void HostsFileService::setPermanenceInFile(Permanence permanence)
 
 bool HostsFileService::isIntact() const
 {
-    const auto wanted = withTemporary(listInFile());
+    const auto wanted = withTemporary(wantedList());
     if (wanted.empty())
         return true;
     const auto text = m_files.read(hostsPath);
@@ -182,14 +215,14 @@ bool HostsFileService::isIntact() const
 
 void HostsFileService::repair()
 {
-    auto list = listInFile();
+    auto list = wantedList();
     m_defaults.setString(hashKey, "");
     applyBlocks(std::move(list), Rewrite::always);
 }
 
 void HostsFileService::removeBlocks()
 {
-    m_wanted.clear();
+    m_wanted.emplace();
     m_temporary.clear();
     m_defaults.setString(hashKey, "");
     if (m_running) {
@@ -204,6 +237,8 @@ Task<> HostsFileService::remove()
 {
     m_running = std::make_shared<OneShotEvent>();
     m_removalWaits = false;
+    m_isRewriteDue = false;
+    m_written.clear();
     m_defaults.setString(hashKey, ""); // a write that ended since has set it
     if (const auto removed = co_await m_writer.removeBlock())
         m_temporaryInFile.clear();

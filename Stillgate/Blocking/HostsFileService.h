@@ -30,13 +30,14 @@ public:
     HostsFileService(HostsFileWriter& writer, FileManager& files, UserDefaults& defaults, Host& host, Log& log);
 
     enum class Rewrite {
-        ifNamesAreMissing, ///< names in the file beyond the wanted ones stay
-        always,
+        ifPartIsMissing, ///< the domains may be a part of the last list; if they are, they stand for the whole of it
+        ifListIsMissing, ///< they are the list; names in the file beyond it stay, but nobody misses them
+        always,          ///< they are the list; names beyond it go
     };
 
     /// Blocks these domains; with none, and no temporary ones, the block is removed. The outcome shows in `isActive`
     /// and `blockedCount`; a failed write is logged and not tried again before the next call.
-    void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifNamesAreMissing);
+    void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifPartIsMissing);
 
     /// Blocks these domains too, in the place of earlier temporary ones; with none, the file becomes what it was before
     /// them. They end with the process, but what it leaves in the file then stays until the next write. Names that the
@@ -51,8 +52,8 @@ public:
 
     [[nodiscard]] bool isWriting() const { return m_running != nullptr; }
 
-    /// Whether the file has what the list last written and the temporary domains stand for; so it is too when nothing
-    /// is to stand there. Names beyond them are another account's.
+    /// Whether the file has what the last list and the temporary domains stand for; so it is too when nothing is to
+    /// stand there. Names beyond them are another account's, or of an earlier list.
     [[nodiscard]] bool isIntact() const;
 
     /// Writes that again.
@@ -72,17 +73,20 @@ private:
     {
         std::vector<std::string> domains;
         std::string key;
-        Rewrite rewrite;
     };
 
     void submit(BlockRequest request);
     void apply(BlockRequest request);
-    [[nodiscard]] std::vector<std::string> listInFile() const;
+    [[nodiscard]] bool isPartOfLastList(const std::vector<std::string>& domains) const;
+    [[nodiscard]] const std::vector<std::string>& lastList() const;
+    [[nodiscard]] std::vector<std::string> wantedList() const;
+    [[nodiscard]] bool isListThere(const BlockRequest& request) const;
+    [[nodiscard]] std::vector<std::string> fullerList(const std::vector<std::string>& domains) const;
     [[nodiscard]] std::vector<std::string> withTemporary(std::vector<std::string> domains) const;
     [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
     [[nodiscard]] Permanence permanenceInFile() const;
     void setPermanenceInFile(Permanence permanence);
-    [[nodiscard]] Task<> write(BlockRequest request);
+    [[nodiscard]] Task<> write(BlockRequest request, std::vector<std::string> list);
     [[nodiscard]] Task<> remove();
     void reportWanted(const std::vector<std::string>& domains);
     void report(bool active, std::size_t count);
@@ -95,7 +99,9 @@ private:
     Log& m_log;
 
     Permanence m_permanence = Permanence::flexible;
-    std::vector<std::string> m_wanted; ///< the list that the file stands for; empty: not known since the start, or none
+    std::optional<std::vector<std::string>> m_wanted; ///< the last list; none: not known since the start
+    std::vector<std::string> m_written; ///< the list last written, which may have more; empty: not known, or none
+    bool m_isRewriteDue = false;        ///< a write that takes names out has been asked for, and hasn't succeeded
     std::set<std::string> m_temporary;
     std::set<std::string> m_temporaryInFile; ///< as last written
     std::shared_ptr<OneShotEvent> m_running; ///< happens when no write is running any more; none when idle

@@ -36,6 +36,8 @@ protected:
         EXPECT_EQ(m_service.blockedCount.value(), count);
     }
 
+    using Rewrite = HostsFileService::Rewrite;
+
     static constexpr auto original = "127.0.0.1 localhost\n";
 
     MemoryFileManager m_files;
@@ -71,8 +73,27 @@ TEST_F(HostsFile, smallerListKeepsFile)
     EXPECT_EQ(key(), "B.example");
     expectState(true, 1);
 
-    m_service.applyBlocks({"a.example"}, HostsFileService::Rewrite::always);
+    m_service.applyBlocks({"a.example"}, Rewrite::always);
     EXPECT_THAT(m_service.getBlockedDomains(), Not(Contains("b.example")));
+}
+
+TEST_F(HostsFile, namesThatAreToGoDoSoInTheEnd)
+{
+    m_service.applyBlocks({"a.example", "b.example"});
+    m_writer.isPermitted = false;
+    m_service.applyBlocks({"a.example"}, Rewrite::always);
+    EXPECT_THAT(m_service.getBlockedDomains(), Contains("b.example"));
+    m_writer.isPermitted = true;
+    m_service.applyBlocks({"a.example"}, Rewrite::ifListIsMissing);
+    EXPECT_THAT(m_service.getBlockedDomains(), Not(Contains("b.example"))) << "the write that failed is made up for";
+
+    m_service.applyBlocks({"a.example", "b.example", "c.example"});
+    m_writer.hold();
+    m_service.applyBlocks({"a.example", "b.example", "d.example"});
+    m_service.applyBlocks({"a.example"}, Rewrite::always);
+    m_service.applyBlocks({"a.example"}, Rewrite::ifListIsMissing);
+    m_writer.finishHeld();
+    EXPECT_THAT(m_service.getBlockedDomains(), Not(Contains("b.example"))) << "also if another list has come since";
 }
 
 TEST_F(HostsFile, emptyListAndRemovalTakeTheBlockAway)
@@ -240,6 +261,26 @@ TEST_F(HostsFileRepairs, whatIsNoDamageCostsNoWrite)
     damage(original);
     m_time.advance(1h);
     EXPECT_EQ(m_writer.requests.size(), 2U) << "nothing is to stand there any more";
+}
+
+TEST_F(HostsFileRepairs, namesThatNobodyWantsDoNotComeBack)
+{
+    m_service.applyBlocks({"a.example"}, Rewrite::ifListIsMissing);
+    EXPECT_EQ(hosts(), m_intact);
+    damage(changed("127.0.0.1 b.example\n", ""));
+    m_time.advance(1s);
+    EXPECT_EQ(m_writer.requests.size(), 1U);
+    damage(original);
+    m_time.advance(1s);
+    EXPECT_THAT(m_service.getBlockedDomains(), Contains("a.example"));
+    EXPECT_THAT(m_service.getBlockedDomains(), Not(Contains("b.example")));
+}
+
+TEST_F(HostsFileRepairs, partOfTheListLeavesTheRestWanted)
+{
+    m_service.applyBlocks({"a.example"}, Rewrite::ifPartIsMissing);
+    expectRepair(changed("127.0.0.1 b.example\n", ""));
+    expectRepair(original);
 }
 
 TEST_F(HostsFileRepairs, startLooksOnce)

@@ -57,6 +57,8 @@ protected:
 
     [[nodiscard]] const std::vector<std::string>& told(const std::string& app) { return m_workspace.app(app).told; }
 
+    using Rewrite = HostsFileService::Rewrite;
+
     static constexpr auto original = "127.0.0.1 localhost\n";
     static constexpr auto chess = "org.chess";
 
@@ -230,15 +232,15 @@ TEST_F(QuickBlocks, compileMeanwhileChangesTheListAlone)
         if (!before.empty())
             m_hostsFile.applyBlocks(before);
         start({"q.example"});
-        m_hostsFile.applyBlocks(compiled);
-        m_hostsFile.applyBlocks(compiled);
+        m_hostsFile.applyBlocks(compiled, Rewrite::ifListIsMissing);
+        m_hostsFile.applyBlocks(compiled, Rewrite::ifListIsMissing);
         auto all = during;
         all.emplace_back("q.example");
         EXPECT_EQ(blocked(), namesOf(all));
         stop();
         EXPECT_EQ(blocked(), namesOf(after));
         const auto writes = m_writer.requests.size();
-        m_hostsFile.applyBlocks(compiled);
+        m_hostsFile.applyBlocks(compiled, Rewrite::ifListIsMissing);
         EXPECT_THAT(m_writer.requests, SizeIs(writes)) << "nothing is left to do";
         m_hostsFile.removeBlocks();
     }
@@ -348,6 +350,64 @@ TEST_F(QuickBlocks, whatHappensDuringAWriteFollowsIt)
         m_hostsFile.removeBlocks();
         EXPECT_EQ(hosts(), original);
     }
+}
+
+TEST_F(QuickBlocks, listLosesNothingWhenAPartOfItComesMeanwhile)
+{
+    const std::vector<std::string> all{"a.example", "b.example"};
+    const std::vector<std::string> allAndQuick{"a.example", "b.example", "q.example"};
+    for (const auto rewrite : {Rewrite::ifPartIsMissing, Rewrite::ifListIsMissing}) {
+        SCOPED_TRACE(static_cast<int>(rewrite));
+        m_writer.hold();
+        m_hostsFile.applyBlocks(all);
+        m_hostsFile.applyBlocks({"a.example"}, rewrite);
+        start({"q.example"});
+        m_writer.finishHeld();
+        EXPECT_EQ(blocked(), namesOf(allAndQuick));
+
+        m_hostsFile.setPermanence(Permanence::permanent);
+        m_writer.hold();
+        m_hostsFile.applyBlocks(all);
+        m_hostsFile.applyBlocks({"a.example"}, rewrite);
+        stop();
+        m_writer.finishHeld();
+        EXPECT_EQ(blocked(), namesOf(all));
+
+        m_writer.isPermitted = false;
+        start({"q.example"});
+        m_writer.isPermitted = true;
+        m_hostsFile.applyBlocks({"a.example"}, rewrite);
+        EXPECT_EQ(blocked(), namesOf(allAndQuick));
+        m_hostsFile.setPermanence(Permanence::flexible);
+        m_hostsFile.removeBlocks();
+        stop();
+    }
+}
+
+TEST_F(QuickBlocks, listThatWasTakenAwayDoesNotComeBackAtItsEnd)
+{
+    for (const bool isPermitted : {true, false}) {
+        SCOPED_TRACE(isPermitted);
+        m_hostsFile.applyBlocks({"a.example"});
+        start({"q.example"});
+        m_writer.isPermitted = isPermitted;
+        m_writer.hold();
+        m_hostsFile.applyBlocks({}, Rewrite::always);
+        m_writer.finishHeld();
+        m_writer.isPermitted = true;
+        m_writer.hold();
+        start({"r.example"});
+        stop();
+        m_writer.finishHeld();
+        EXPECT_EQ(hosts(), original);
+    }
+    m_hostsFile.applyBlocks({"a.example"});
+    start({"q.example"});
+    m_writer.hold();
+    m_hostsFile.applyBlocks({}, Rewrite::always);
+    start({"r.example"});
+    m_writer.finishHeld();
+    EXPECT_EQ(blocked(), namesOf({"r.example"})) << "nor when another begins during that write";
 }
 
 TEST_F(QuickBlocks, listOfAnEarlierRunStaysThoughNothingIsCompiledYet)
