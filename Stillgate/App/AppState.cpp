@@ -268,17 +268,18 @@ void AppState::logoutSoon()
     m_logoutSoon = m_services.scheduler.once(0ms, [this] { logout(); });
 }
 
-void AppState::syncBlockingState()
+void AppState::syncBlockingState(HostsFileService::Rewrite rewrite)
 {
     m_enforcement.enforce(compileBlocks(
-        {
-            .blockRules = blockRules.value(),
-            .guardianRulesForMe = guardianRulesForMe.value(),
-            .schedules = schedules.value(),
-            .sharingConnections = sharingConnections.value(),
-            .budget = budget.value(),
-        },
-        [this](const std::string& category) { return domainsOfCategory(category); }));
+                              {
+                                  .blockRules = blockRules.value(),
+                                  .guardianRulesForMe = guardianRulesForMe.value(),
+                                  .schedules = schedules.value(),
+                                  .sharingConnections = sharingConnections.value(),
+                                  .budget = budget.value(),
+                              },
+                              [this](const std::string& category) { return domainsOfCategory(category); }),
+        rewrite);
 }
 
 void AppState::loadFromCache()

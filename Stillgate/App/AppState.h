@@ -52,8 +52,9 @@ public:
     /// Deletes the account and all that the backend keeps of it; then it signs out.
     [[nodiscard]] Task<Result<void>> deleteAccount();
 
-    /// Compiles the rules as they stand and hands the result to what enforces it.
-    void syncBlockingState();
+    /// Compiles the rules as they stand and hands the result to what enforces it. Sites that no rule names any more
+    /// stay in the hosts file unless it is to be written always.
+    void syncBlockingState(HostsFileService::Rewrite rewrite = HostsFileService::Rewrite::ifListIsMissing);
 
     /// The block list of a category; none for one that isn't known.
     [[nodiscard]] std::span<const std::string> domainsOfCategory(const std::string& category)

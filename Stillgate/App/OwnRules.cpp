@@ -50,7 +50,8 @@ Task<> OwnRules::addRule(BlockRule rule)
 Task<> OwnRules::deleteRule(std::string id)
 {
     eraseById(m_state.blockRules, id);
-    enforceAndKeep();
+    m_state.syncBlockingState(HostsFileService::Rewrite::always);
+    m_state.saveToCache();
     (void)co_await m_backend.deleteBlockRule(std::move(id));
 }
 

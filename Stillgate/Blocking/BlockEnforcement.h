@@ -16,8 +16,8 @@ public:
     BlockEnforcement(FileManager& files, HostsFileService& hostsFile, DNSProxy& dnsProxy, AppMonitor& monitor);
 
     /// A file that can't be written is no reason to hold back the rest. With no domains, the hosts file is left as it
-    /// is: an earlier block stays until sign-out.
-    void enforce(CompiledBlocks blocks);
+    /// is (an earlier block stays until sign-out), unless it is to be written always.
+    void enforce(CompiledBlocks blocks, HostsFileService::Rewrite rewrite);
 
     /// Nothing is enforced any more but by the DNS proxy, whose end somebody may have to agree to.
     void end();

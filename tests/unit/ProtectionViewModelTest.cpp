@@ -255,6 +255,9 @@ TEST_F(Protection, deletedRuleIsGoneAtOnceWhateverTheServerSays)
     auto firm = rule("r1", "custom", {"a.example"});
     firm.unblockPolicy = "permanent";
     state().blockRules = std::vector{firm, rule("r2", "custom", {"b.example"})};
+    state().syncBlockingState();
+    EXPECT_THAT(blockedNames(), testing::IsSupersetOf({"a.example", "b.example"}));
+    EXPECT_TRUE(m_monitor.configuration.blockedDomains.contains("a.example"));
     m_viewModel.askToDelete("r1");
     EXPECT_TRUE(m_viewModel.asksToDelete());
     m_viewModel.closeSheet();
@@ -266,6 +269,24 @@ TEST_F(Protection, deletedRuleIsGoneAtOnceWhateverTheServerSays)
     EXPECT_EQ(m_viewModel.rules()->rowCount(), 1);
     EXPECT_THAT(m_backend.calls, testing::Contains("deleteBlockRule r1"));
     EXPECT_FALSE(m_monitor.configuration.blockedDomains.contains("a.example"));
+    EXPECT_THAT(blockedNames(), testing::Not(testing::Contains("a.example")));
+    EXPECT_THAT(blockedNames(), testing::Contains("b.example"));
+
+    m_hostsFile.setTemporaryDomains({"q.example"});
+    m_viewModel.askToDelete("r2");
+    m_viewModel.deleteRule();
+    EXPECT_THAT(blockedNames(), testing::Not(testing::Contains("b.example")));
+    EXPECT_THAT(blockedNames(), testing::Contains("q.example")) << "a quick block is no rule";
+}
+
+TEST_F(Protection, lastRulesBlockGoesWithIt)
+{
+    startOnline();
+    state().blockRules = std::vector{rule("r1", "custom", {"a.example"})};
+    state().syncBlockingState();
+    m_viewModel.askToDelete("r1");
+    m_viewModel.deleteRule();
+    EXPECT_EQ(m_files.at(hostsPath), "127.0.0.1 localhost\n");
 }
 
 TEST_F(Protection, quickBlockTakesBothTabsWhicheverIsInView)
