@@ -8,6 +8,7 @@ import Stillgate.DesignSystem
 Flow {
     id: root
 
+    required property string title // for those who don't see what it stands below
     required property list<string> options
     required property int selected
     property list<string> symbols
@@ -27,6 +28,7 @@ Flow {
     spacing: Tokens.space8
     Layout.fillWidth: true
     Accessible.role: Accessible.Grouping
+    Accessible.name: title
 
     Repeater {
         id: chips

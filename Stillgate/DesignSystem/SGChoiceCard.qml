@@ -11,6 +11,7 @@ T.RadioButton {
     required property int index
     required property bool isSelected
     required property bool isTabStop
+    required property int columns // of the grid
 
     readonly property bool isRow: modelData.description !== ""
     readonly property color inkColor: isSelected ? Tokens.sgAccent : Tokens.sgTextSecondary
@@ -33,9 +34,9 @@ T.RadioButton {
         checked = Qt.binding(() => isSelected);
     }
     Keys.onLeftPressed: chosen(index - 1)
-    Keys.onUpPressed: chosen(index - 1)
+    Keys.onUpPressed: chosen(index - columns)
     Keys.onRightPressed: chosen(index + 1)
-    Keys.onDownPressed: chosen(index + 1)
+    Keys.onDownPressed: chosen(index + columns)
     Keys.onReturnPressed: chosen(index)
     Keys.onEnterPressed: chosen(index)
     Accessible.onPressAction: clicked()

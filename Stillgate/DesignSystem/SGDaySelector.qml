@@ -8,6 +8,7 @@ import Stillgate.DesignSystem
 Row {
     id: root
 
+    required property string title // for those who don't see what it stands below
     required property list<int> selectedDays
     required property list<string> dayLabels
     property list<string> dayTitles // for those who don't see that two labels may be the same
@@ -22,6 +23,7 @@ Row {
 
     spacing: Tokens.space8
     Accessible.role: Accessible.Grouping
+    Accessible.name: title
 
     Repeater {
         id: days

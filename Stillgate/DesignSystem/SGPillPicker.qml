@@ -8,6 +8,7 @@ import Stillgate.DesignSystem
 Item {
     id: root
 
+    required property string title // for those who don't see what it stands below
     required property list<string> options
     required property int selected
 
@@ -46,6 +47,7 @@ Item {
     implicitWidth: naturalWidth
     implicitHeight: row.implicitHeight + 8
     Accessible.role: Accessible.Grouping
+    Accessible.name: title
     Layout.fillWidth: true
     Layout.maximumWidth: naturalWidth
 

@@ -6,7 +6,7 @@ Item {
     id: root
 
     width: 600
-    height: 200
+    height: 400
 
     Column {
         anchors.fill: parent
@@ -16,6 +16,7 @@ Item {
 
             property bool isStubborn: false
 
+            title: "Tasks"
             options: ["All", "Pending", "Done"]
             selected: 0
             onActivated: index => selected = isStubborn ? selected : index
@@ -26,12 +27,28 @@ Item {
 
             property list<int> toggledDays
 
+            title: "Days"
             dayLabels: ["M", "T", "W"]
             selectedDays: [2]
             onToggled: day => {
                 toggledDays.push(day);
                 selectedDays = selectedDays.includes(day) ? selectedDays.filter(each => each !== day) : selectedDays.concat([day]);
             }
+        }
+
+        SGChoiceGrid {
+            id: grid
+
+            title: "Distractions"
+            columns: 3
+            choices: ["News", "Games", "Chat", "Films", "Music"].map(title => ({
+                        title: title,
+                        description: "",
+                        symbol: "",
+                        glyph: ""
+                    }))
+            selected: 0
+            onActivated: index => selected = index
         }
 
         SGButton {
@@ -54,6 +71,7 @@ Item {
             days.selectedDays = [2];
             days.toggledDays = [];
             days.tabStop = 0;
+            grid.selected = 0;
             button.clicks = 0;
             focusFirst();
         }
@@ -75,7 +93,10 @@ Item {
             compare(focused().text, "M");
             keyClick(Qt.Key_Right);
             keyClick(Qt.Key_Tab);
+            compare(focused().text, "News");
+            keyClick(Qt.Key_Tab);
             compare(focused(), button);
+            keyClick(Qt.Key_Backtab);
             keyClick(Qt.Key_Backtab);
             compare(focused().text, "T");
             keyClick(Qt.Key_Backtab);
@@ -91,6 +112,54 @@ Item {
             verify(focused().visualFocus && focused().checked);
             keyClick(Qt.Key_Right);
             compare(picker.selected, 2);
+        }
+
+        function test_arrowsGoFromLineToLine_data() {
+            return [
+                {
+                    tag: "down",
+                    from: "News",
+                    key: Qt.Key_Down,
+                    to: "Films"
+                },
+                {
+                    tag: "up",
+                    from: "Music",
+                    key: Qt.Key_Up,
+                    to: "Games"
+                },
+                {
+                    tag: "down where there is nothing",
+                    from: "Chat",
+                    key: Qt.Key_Down,
+                    to: "Chat"
+                },
+                {
+                    tag: "up from the first line",
+                    from: "Games",
+                    key: Qt.Key_Up,
+                    to: "Games"
+                },
+                {
+                    tag: "right, into the next line",
+                    from: "Chat",
+                    key: Qt.Key_Right,
+                    to: "Films"
+                },
+                {
+                    tag: "left",
+                    from: "Games",
+                    key: Qt.Key_Left,
+                    to: "News"
+                },
+            ];
+        }
+
+        function test_arrowsGoFromLineToLine(data) {
+            grid.choose(grid.choices.findIndex(choice => choice.title === data.from));
+            keyClick(data.key);
+            compare(focused().text, data.to);
+            verify(focused().checked);
         }
 
         function test_ownerKeepsTheChoice() {

@@ -101,18 +101,21 @@ ColumnLayout {
         title: "Choices"
 
         SGPillPicker {
+            title: "Period"
             options: ["Week", "Month"]
             selected: 0
             onActivated: index => selected = index
         }
 
         SGPillPicker {
+            title: "Görevler"
             options: ["Bütün görevler", "Bekleyen", "Onay bekleyenler", "Tamamlanan"]
             selected: 2
             onActivated: index => selected = index
         }
 
         SGPillPicker {
+            title: "Bugünün görevleri"
             options: ["Bugün yapılacak bütün görevler", "Onay bekleyen görevler", "Tamamlanan"]
             selected: 1
             onActivated: index => selected = index
@@ -120,6 +123,7 @@ ColumnLayout {
         }
 
         SGPillPicker {
+            title: "Nothing"
             options: ["None", "is", "selected"]
             selected: -1
             enabled: false
@@ -127,12 +131,14 @@ ColumnLayout {
         }
 
         SGDaySelector {
+            title: "Days"
             dayLabels: ["M", "T", "W", "T", "F", "S", "S"]
             selectedDays: [0, 1, 2, 3, 4]
             onToggled: day => selectedDays = selectedDays.includes(day) ? selectedDays.filter(each => each !== day) : selectedDays.concat([day])
         }
 
         SGDaySelector {
+            title: "Günler"
             dayLabels: ["Pt", "Sa", "Ça", "Pe", "Cu", "Ct", "Pz"]
             selectedDays: [5, 6]
         }

@@ -87,7 +87,7 @@ ColumnLayout {
                 font.weight: Font.Medium
             }
             SGIconButton {
-                title: L.text("desktop.guardian.yourCode") + ": " + root.viewModel.sharingCode
+                title: L.text("common.copy") + ": " + L.text("desktop.guardian.yourCode")
                 icon.name: "doc.on.doc"
                 onClicked: root.viewModel.copyCode()
             }

@@ -48,6 +48,7 @@ SGSheet {
 
         SGChoiceGrid {
             columns: width < 440 ? 2 : 4
+            title: L.text("desktop.createRule.step1Title")
             choices: sheet.viewModel.categories
             selected: sheet.viewModel.selectedCategory
             onActivated: index => sheet.viewModel.selectedCategory = index
@@ -71,6 +72,7 @@ SGSheet {
 
         SGChoiceGrid {
             columns: 2
+            title: L.text("desktop.createRule.step2Title")
             choices: sheet.viewModel.blockModes
             selected: sheet.viewModel.blockMode
             onActivated: index => sheet.viewModel.blockMode = index
@@ -107,6 +109,7 @@ SGSheet {
 
         SGChoiceGrid {
             columns: 1
+            title: L.text("desktop.createRule.step3Title")
             choices: sheet.viewModel.policies
             selected: sheet.viewModel.selectedPolicy
             onActivated: index => sheet.viewModel.selectedPolicy = index
@@ -120,6 +123,7 @@ SGSheet {
                 font.weight: Font.Medium
             }
             SGChipPicker {
+                title: L.text("blockMode.cooldownPeriod")
                 options: sheet.viewModel.cooldowns
                 selected: sheet.viewModel.selectedCooldown
                 onActivated: index => sheet.viewModel.selectedCooldown = index

@@ -24,11 +24,13 @@ SGSheet {
     }
     SGChipPicker {
         Layout.topMargin: -Tokens.space8
+        title: L.text("desktop.quickBlock.duration")
         options: sheet.viewModel.durations
         selected: sheet.viewModel.selectedDuration
         onActivated: index => sheet.viewModel.selectedDuration = index
     }
     SGPillPicker {
+        title: L.text("desktop.createRule.step1Title")
         options: [L.text("desktop.quickBlock.apps"), L.text("desktop.quickBlock.websites")]
         selected: sheet.viewModel.selectedTab
         onActivated: index => sheet.viewModel.selectedTab = index

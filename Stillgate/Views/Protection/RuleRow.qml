@@ -12,6 +12,9 @@ Item {
     required property var row
     property bool canBeDeleted: true
     property bool isExpanded: false
+    readonly property bool isNamed: row.title !== ""
+    readonly property string name: isNamed ? row.title : row.subtitle
+    readonly property string foldText: L.text(isExpanded ? "common.expanded" : "common.collapsed")
 
     signal deleteAsked(string ruleId)
 
@@ -31,11 +34,11 @@ Item {
             T.AbstractButton {
                 id: fold
 
-                text: root.row.title
+                text: root.name
                 padding: Tokens.space4
                 implicitHeight: implicitContentHeight + topPadding + bottomPadding
                 Layout.fillWidth: true
-                Accessible.description: root.row.subtitle
+                Accessible.description: root.isNamed ? root.row.subtitle + ", " + root.foldText : root.foldText
 
                 onClicked: root.isExpanded = !root.isExpanded
                 Keys.onReturnPressed: event => event.isAutoRepeat || fold.clicked()
@@ -92,7 +95,7 @@ Item {
             }
             SGIconButton {
                 visible: root.canBeDeleted
-                title: L.text("common.delete") + ": " + root.row.title
+                title: L.text("common.delete") + ": " + root.name
                 icon.name: "trash"
                 onClicked: root.deleteAsked(root.row.id)
             }

@@ -22,12 +22,14 @@ SGSheet {
         onTextEdited: sheet.form.name = text
     }
     SGPillPicker {
+        title: L.text("tasks.repeat")
         options: sheet.form.typeTitles
         selected: sheet.form.selectedType
         onActivated: index => sheet.form.chooseType(index)
     }
     SGDaySelector {
         visible: sheet.form.isRecurring
+        title: L.text("schedule.recurring")
         dayLabels: sheet.form.dayLabels
         dayTitles: sheet.form.dayTitles
         selectedDays: sheet.form.selectedDays

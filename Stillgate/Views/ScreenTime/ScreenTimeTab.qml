@@ -13,6 +13,7 @@ TabPage {
     title: L.text("screenTimeAnalytics.title")
     // qmllint disable unqualified
     actions: SGPillPicker {
+        title: page.title
         options: page.viewModel.periods
         selected: page.viewModel.selectedPeriod
         onActivated: index => page.viewModel.select(index)

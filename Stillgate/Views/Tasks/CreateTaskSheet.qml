@@ -17,6 +17,7 @@ SGSheet {
 
     SGChipPicker {
         showsGlyphs: true
+        title: L.text("tasks.emoji")
         options: sheet.form.emojis
         selected: sheet.form.selectedEmoji
         onActivated: index => sheet.form.selectedEmoji = index
@@ -70,6 +71,7 @@ SGSheet {
             text: L.text("tasks.repeat")
         }
         SGPillPicker {
+            title: L.text("tasks.repeat")
             options: sheet.form.repeatTitles
             selected: sheet.form.selectedRepeat
             onActivated: index => sheet.form.selectedRepeat = index

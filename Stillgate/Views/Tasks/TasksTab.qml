@@ -39,12 +39,14 @@ TabList {
         spacing: Tokens.space16
 
         SGPillPicker {
+            title: page.title
             options: page.viewModel.segmentTitles
             selected: page.viewModel.selectedSegment
             onActivated: index => page.viewModel.selectedSegment = index
         }
         SGChipPicker {
             Layout.bottomMargin: Tokens.space16
+            title: L.text("tasks.filter")
             options: page.viewModel.filterTitles
             symbols: page.viewModel.filterSymbols
             selected: page.viewModel.selectedFilter
