@@ -79,6 +79,11 @@ DashboardViewModel::DashboardViewModel(AppState& state, AppMonitor& monitor, Not
     runDetached(state.refreshData());
 }
 
+QString DashboardViewModel::statusName() const
+{
+    return text("desktop.protection.title") + ": " + text(isBlockingActive() ? "common.active" : "common.inactive");
+}
+
 QString DashboardViewModel::statusText() const
 {
     return text(isBlockingActive() ? "dashboard.protectionsActive" : "desktop.protection.title");

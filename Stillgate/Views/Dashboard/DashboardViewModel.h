@@ -49,6 +49,7 @@ class DashboardViewModel : public QObject
     QML_UNCREATABLE("made with its tab")
 
     Q_PROPERTY(bool isBlockingActive READ isBlockingActive NOTIFY changed)
+    Q_PROPERTY(QString statusName READ statusName NOTIFY changed)
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     Q_PROPERTY(QList<stillgate::Figure> figures READ figures NOTIFY changed)
     Q_PROPERTY(bool hasLimit READ hasLimit NOTIFY changed)
@@ -69,6 +70,8 @@ public:
 
     [[nodiscard]] bool isBlockingActive() const { return m_state.isBlockingActive; }
 
+    /// Whether the protection is on, for those who don't see the colour.
+    [[nodiscard]] QString statusName() const;
     [[nodiscard]] QString statusText() const;
     [[nodiscard]] QList<Figure> figures() const;
 

@@ -11,6 +11,8 @@ SGGlassCard {
 
     RowLayout {
         spacing: Tokens.space12
+        Accessible.role: Accessible.Grouping
+        Accessible.name: banner.viewModel.statusName
 
         StatusDot {
             implicitWidth: 10

@@ -39,6 +39,8 @@ TabList {
         SGGlassCard {
             RowLayout {
                 spacing: Tokens.space12
+                Accessible.role: Accessible.Grouping
+                Accessible.name: page.viewModel.monitorName
 
                 SGIcon {
                     symbol: "terminal"
@@ -51,6 +53,7 @@ TabList {
                     SGText {
                         text: L.text("desktop.protection.processMonitor")
                         font.weight: Font.Medium
+                        Accessible.ignored: true
                     }
                     SGText {
                         style: Styles.BodySmall

@@ -12,9 +12,14 @@ namespace stillgate
 namespace
 {
 
+QString text(const char* key)
+{
+    return QString::fromStdString(L.localized(key));
+}
+
 QString lowerCaseText(const char* key)
 {
-    return QLocale().toLower(QString::fromStdString(L.localized(key)));
+    return QLocale().toLower(text(key));
 }
 
 /// The sheet is still on its way out, and shows what the view model says until then.
@@ -36,6 +41,12 @@ ProtectionViewModel::ProtectionViewModel(const ProtectionServices& services)
     m_notifiers.push_back(services.monitor.isMonitoring.addNotifier([this] { Q_EMIT changed(); }));
     m_notifiers.push_back(services.monitor.blockedAppAttempts.addNotifier([this] { Q_EMIT changed(); }));
     updateRules();
+}
+
+QString ProtectionViewModel::monitorName() const
+{
+    return text("desktop.protection.processMonitor") + ": " +
+        text(isMonitoring() ? "common.active" : "common.inactive");
 }
 
 QString ProtectionViewModel::monitorText() const

@@ -43,6 +43,7 @@ class ProtectionViewModel : public QObject
     Q_PROPERTY(QAbstractItemModel* rules READ rules CONSTANT)
     Q_PROPERTY(bool hasRules READ hasRules NOTIFY changed)
     Q_PROPERTY(bool isMonitoring READ isMonitoring NOTIFY changed)
+    Q_PROPERTY(QString monitorName READ monitorName NOTIFY changed)
     Q_PROPERTY(QString monitorText READ monitorText NOTIFY changed)
     Q_PROPERTY(bool hasQuickBlock READ hasQuickBlock NOTIFY changed)
     Q_PROPERTY(QString quickBlockText READ quickBlockText NOTIFY changed)
@@ -59,6 +60,8 @@ public:
 
     [[nodiscard]] bool isMonitoring() const { return m_services.monitor.isMonitoring; }
 
+    /// Its name and whether it is on, for those who don't see the colour.
+    [[nodiscard]] QString monitorName() const;
     [[nodiscard]] QString monitorText() const;
 
     [[nodiscard]] bool hasQuickBlock() const { return m_quickBlockStatus.isRunning(); }
