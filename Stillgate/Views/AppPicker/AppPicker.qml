@@ -34,6 +34,8 @@ ColumnLayout {
         text: root.picker.searchText
         onTextEdited: root.picker.searchText = text
         Keys.onDownPressed: list.startAtCurrent()
+        Keys.onReturnPressed: list.startAtCurrent()
+        Keys.onEnterPressed: list.startAtCurrent()
     }
     Rectangle {
         implicitHeight: 248

@@ -32,8 +32,8 @@ T.CheckDelegate {
         root.gotKeyboard(index)
     Keys.onUpPressed: root.movedTo(index - 1)
     Keys.onDownPressed: root.movedTo(index + 1)
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
+    Keys.onReturnPressed: event => event.isAutoRepeat || root.clicked()
+    Keys.onEnterPressed: event => event.isAutoRepeat || root.clicked()
     Accessible.onPressAction: root.clicked()
     Accessible.onToggleAction: root.clicked()
 

@@ -19,6 +19,7 @@ Rectangle {
     color: Tokens.withOpacity(Tokens.black, 0.6)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: title
+    Accessible.description: message
 
     Component.onCompleted: if (visible)
         cancel.forceActiveFocus(Qt.TabFocusReason)

@@ -26,18 +26,22 @@ Rectangle {
         (first ?? sheet).forceActiveFocus(Qt.TabFocusReason);
     }
 
+    function confirmByKey(event: var) {
+        if (canConfirm && !event.isAutoRepeat)
+            confirmed();
+    }
+
     anchors.fill: parent
     color: Tokens.withOpacity(Tokens.black, 0.6)
     focus: true
     Accessible.role: Accessible.Dialog
     Accessible.name: title
+    Accessible.description: subtitle
 
     Component.onCompleted: startWithFirstControl()
     Keys.onEscapePressed: cancelled()
-    Keys.onReturnPressed: if (canConfirm)
-        confirmed()
-    Keys.onEnterPressed: if (canConfirm)
-        confirmed()
+    Keys.onReturnPressed: event => confirmByKey(event)
+    Keys.onEnterPressed: event => confirmByKey(event)
 
     MouseArea {
         anchors.fill: parent
