@@ -10,6 +10,16 @@ Rectangle {
 
     required property SettingsViewModel viewModel
 
+    readonly property Item focused: Window.activeFocusItem
+    readonly property bool hasKeyboard: holds(focused)
+
+    function holds(item: Item): bool {
+        let at = item;
+        while (at && at !== root)
+            at = at.parent;
+        return at !== null;
+    }
+
     color: Tokens.sgBgSidebar
 
     Rectangle {
@@ -57,6 +67,7 @@ Rectangle {
                 // qmllint disable unqualified
                 SidebarRow {
                     viewModel: root.viewModel
+                    isKeyboardNear: root.hasKeyboard
                 }
                 // qmllint enable unqualified
             }

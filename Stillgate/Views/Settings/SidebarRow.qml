@@ -10,6 +10,7 @@ Loader {
 
     required property sidebarItem modelData
     required property SettingsViewModel viewModel
+    required property bool isKeyboardNear // in the sidebar
 
     sourceComponent: modelData.icon === "" ? sectionTitle : row
     Layout.fillWidth: true
@@ -46,7 +47,7 @@ Loader {
                 line.viewModel.select(line.modelData.tag);
                 checked = Qt.binding(() => isSelected);
             }
-            onIsSelectedChanged: if (isSelected && Window.activeFocusItem?.parent?.viewModel === line.viewModel)
+            onIsSelectedChanged: if (isSelected && line.isKeyboardNear)
                 forceActiveFocus(Qt.TabFocusReason)
             Keys.onUpPressed: line.viewModel.move(-1)
             Keys.onDownPressed: line.viewModel.move(1)
