@@ -176,6 +176,8 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
     const auto newRules = m_services.backend.getBlockRules(calls.token());
     const auto newDevices = m_services.backend.getDevices(calls.token());
 
+    const int changesBefore = m_ruleChanges;
+
     Result<void> outcome;
     const auto take = [&](auto& field, auto answer) {
         if (outcome && answer) {
@@ -186,7 +188,10 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
         }
     };
     take(streak, co_await newStreak);
-    take(blockRules, co_await newRules);
+    auto rulesAnswer = co_await newRules;
+    if (rulesAnswer && m_ruleChanges != changesBefore)
+        rulesAnswer = blockRules.value();
+    take(blockRules, std::move(rulesAnswer));
     take(devices, co_await newDevices);
     co_return outcome;
 }

@@ -65,6 +65,13 @@ public:
     /// Writes the session as it stands to the cache, from which the next start takes it.
     void saveToCache() { m_cache.save(*this); }
 
+    /// The rules as the user has just made them: an answer that was asked for before doesn't take their place.
+    void replaceRules(std::vector<BlockRule> rules)
+    {
+        ++m_ruleChanges;
+        blockRules = std::move(rules);
+    }
+
     /// Cancelled when the session ends.
     [[nodiscard]] CancellationToken sessionToken() const { return m_session.token(); }
 
@@ -91,6 +98,7 @@ private:
     Heartbeat m_heartbeat;
     ConfigurationWatch m_configuration;
 
+    int m_ruleChanges = 0;        ///< the user's, so far
     int m_startsUnderWay = 0;     ///< a sign-in may start a session while the launch still waits
     CancellationSource m_session; ///< cancelled when the session ends
     std::unique_ptr<Timer> m_logoutSoon;

@@ -9,11 +9,10 @@ namespace
 {
 
 template <class Record>
-void eraseById(QProperty<std::vector<Record>>& list, const std::string& id)
+std::vector<Record> without(std::vector<Record> records, const std::string& id)
 {
-    auto records = list.value();
     std::erase_if(records, [&](const Record& record) { return record.id == id; });
-    list = std::move(records);
+    return records;
 }
 
 } // namespace
@@ -26,11 +25,14 @@ OwnRules::OwnRules(AppState& state, Backend& backend, Log& log)
 
 Task<> OwnRules::addRule(BlockRule rule)
 {
+    if (!m_state.isAuthenticated)
+        co_return; // it would hold for whoever signs in next
     const auto session = m_state.sessionToken();
     auto rules = m_state.blockRules.value();
     rules.push_back(rule);
-    m_state.blockRules = std::move(rules);
-    enforceAndKeep();
+    m_state.replaceRules(std::move(rules));
+    m_state.syncBlockingState();
+    m_state.saveToCache(); // a start without a network shall find it
 
     const auto localId = rule.id;
     auto answer = co_await m_backend.createBlockRule(std::move(rule));
@@ -43,13 +45,15 @@ Task<> OwnRules::addRule(BlockRule rule)
     if (local == rules.end())
         co_return;
     *local = std::move(*answer);
-    m_state.blockRules = std::move(rules);
+    m_state.replaceRules(std::move(rules));
     m_state.saveToCache();
 }
 
 Task<> OwnRules::deleteRule(std::string id)
 {
-    eraseById(m_state.blockRules, id);
+    if (!m_state.isAuthenticated)
+        co_return;
+    m_state.replaceRules(without(m_state.blockRules.value(), id));
     m_state.syncBlockingState(HostsFileService::Rewrite::always);
     m_state.saveToCache();
     (void)co_await m_backend.deleteBlockRule(std::move(id));
@@ -65,6 +69,7 @@ Task<Result<void>> OwnRules::addSchedule(BlockSchedule schedule)
         auto schedules = m_state.schedules.value();
         schedules.push_back(std::move(*answer));
         m_state.schedules = std::move(schedules);
+        m_state.saveToCache();
     }
     co_return Result<void>{};
 }
@@ -73,14 +78,9 @@ Task<> OwnRules::deleteSchedule(std::string id)
 {
     const auto session = m_state.sessionToken();
     (void)co_await m_backend.deleteSchedule(id);
-    if (!session.isCancelled())
-        eraseById(m_state.schedules, id);
-}
-
-/// A start without a network shall find it as it is now.
-void OwnRules::enforceAndKeep()
-{
-    m_state.syncBlockingState();
+    if (session.isCancelled())
+        co_return;
+    m_state.schedules = without(m_state.schedules.value(), id);
     m_state.saveToCache();
 }
 

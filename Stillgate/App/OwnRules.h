@@ -26,8 +26,6 @@ public:
     [[nodiscard]] Task<> deleteSchedule(std::string id);
 
 private:
-    void enforceAndKeep();
-
     AppState& m_state;
     Backend& m_backend;
     Log& m_log;

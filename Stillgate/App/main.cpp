@@ -335,7 +335,6 @@ int runDesktop(int argc, char** argv)
         .tracker = engine->tracker,
         .workspace = machine.workspace,
         .bundle = machine.bundle,
-        .files = machine.files,
         .notifications = machine.notifications,
         .pasteboard = pasteboard,
         .displayPreferences = displayPreferences,

@@ -48,7 +48,6 @@ RunningApplicationProcess::RunningApplicationProcess(Computer& computer, const S
           .tracker = m_engine.tracker,
           .workspace = computer.workspace,
           .bundle = computer.bundle,
-          .files = computer.files,
           .notifications = m_notifications,
           .pasteboard = computer.pasteboard,
           .displayPreferences = m_preferences,

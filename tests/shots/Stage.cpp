@@ -36,7 +36,6 @@ Stage::Stage()
           .tracker = tracker,
           .workspace = workspace,
           .bundle = bundle,
-          .files = files,
           .notifications = notifications,
           .pasteboard = pasteboard,
           .displayPreferences = preferences,

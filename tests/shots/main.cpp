@@ -98,9 +98,26 @@ QStringList findingsIn(const QString& language)
     lookAtAll([&](const Scene& scene, WindowSize size, QQuickWindow& window) {
         note(nameOf(scene, size), layoutFindings(window) + keyboardFindings(window) + takeWarnings());
     });
-    for (const auto& scene : chosenScenes())
-        note(nameOf(scene, WindowSize::Opening), activationFindings(scene) + takeWarnings());
     return all;
+}
+
+/// What a button does depends neither on the language nor on the scale.
+QStringList activationFindings()
+{
+    const LanguageInUse english{"en"};
+    takeWarnings();
+    QStringList all;
+    for (const auto& scene : chosenScenes())
+        for (const auto& finding : activationFindings(scene) + takeWarnings())
+            all << nameOf(scene, WindowSize::Opening) + ": " + finding;
+    return all;
+}
+
+bool print(const QStringList& findings)
+{
+    for (const auto& finding : findings)
+        std::fprintf(stderr, "%s\n", qUtf8Printable(finding));
+    return findings.isEmpty();
 }
 
 bool showOrCheck(const QString& argument)
@@ -112,11 +129,10 @@ bool showOrCheck(const QString& argument)
             isWell &= draw(QDir{argument}.filePath(language));
             continue;
         }
-        for (const auto& finding : findingsIn(language)) {
-            std::fprintf(stderr, "%s\n", qUtf8Printable(finding));
-            isWell = false;
-        }
+        isWell &= print(findingsIn(language));
     }
+    if (argument == "--check" && qgetenv("QT_SCALE_FACTOR") == "1")
+        isWell &= print(activationFindings());
     return isWell;
 }
 

@@ -10,7 +10,6 @@ namespace stillgate
 using namespace test;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class PopoverScreen : public AppStateFixture

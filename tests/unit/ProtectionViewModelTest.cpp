@@ -118,6 +118,7 @@ class Protection : public AppStateFixture
 protected:
     Protection()
     {
+        state().isAuthenticated = true;
         m_workspace.installed = {
             {.bundleIdentifier = "org.Chess", .name = "Chess"}, {.bundleIdentifier = "org.go", .name = "Go"}};
     }
@@ -235,6 +236,34 @@ TEST_F(Protection, whatTheServerNeverGetsStaysAndIsThereAfterARestart)
     EXPECT_THAT(m_files.read(cacheFile).value_or(""), testing::HasSubstr(made.id));
 }
 
+TEST_F(Protection, refreshThatWasUnderWayTakesNoNewRuleAway)
+{
+    startOnline();
+    m_backend.hold("getBlockRules");
+    auto refresh = state().refreshData();
+    auto& editor = openEditor();
+    editor.selectBlockMode(1);
+    const auto made = madeBy(editor);
+    m_backend.release("getBlockRules");
+    await(std::move(refresh));
+    ASSERT_THAT(state().blockRules.value(), SizeIs(1));
+    EXPECT_EQ(state().blockRules.value()[0].id, made.id);
+}
+
+TEST_F(Protection, nothingIsMadeOrDeletedAfterASignOut)
+{
+    startOnline();
+    auto& editor = openEditor();
+    editor.selectBlockMode(1);
+    editor.setProperty("customDomains", "a.example");
+    state().logout();
+    for (int step = 1; step <= CreateRuleViewModel::lastStep; ++step)
+        editor.goOn();
+    EXPECT_THAT(state().blockRules.value(), IsEmpty());
+    EXPECT_FALSE(m_files.read(cacheFile)) << "the next user's start would find it";
+    EXPECT_THAT(m_backend.sentRules, IsEmpty());
+}
+
 TEST_F(Protection, answerForASessionThatIsOverChangesNothing)
 {
     startOnline();
@@ -344,10 +373,16 @@ TEST_F(Protection, bannerCountsDownAndGoesWithTheTime)
 
 TEST_F(Protection, opensTheQuickBlockOnRequest)
 {
-    m_viewModel.openCreateRule();
+    auto& editor = openEditor();
+    editor.goOn();
     m_notifications.post(sgShowQuickBlock);
-    EXPECT_NE(m_viewModel.quickBlock(), nullptr);
-    EXPECT_EQ(m_viewModel.createRule(), nullptr) << "one sheet at a time";
+    EXPECT_EQ(m_viewModel.createRule(), &editor) << "what is being written isn't thrown away";
+    m_viewModel.closeSheet();
+    m_notifications.post(sgShowQuickBlock);
+    auto* sheet = m_viewModel.quickBlock();
+    ASSERT_NE(sheet, nullptr);
+    m_notifications.post(sgShowQuickBlock);
+    EXPECT_EQ(m_viewModel.quickBlock(), sheet);
 }
 
 TEST_F(Protection, appsAreFoundByNameAndStayChosen)

@@ -61,6 +61,7 @@ PopoverViewModel::PopoverViewModel(const PopoverServices& services)
     };
     follow(session.isAuthenticated, session.isBlockingActive, session.isOffline, session.isStarting, session.streak,
         session.blockRules, session.budget, session.sharingCode, services.monitor.blockedAppAttempts);
+    m_notifiers.push_back(session.isAuthenticated.addNotifier([this] { Q_EMIT actionsChanged(); }));
 }
 
 QString PopoverViewModel::statusText() const

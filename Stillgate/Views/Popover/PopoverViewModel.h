@@ -85,7 +85,7 @@ class PopoverViewModel : public QObject
     Q_PROPERTY(double budgetFraction READ budgetFraction NOTIFY changed)
     Q_PROPERTY(bool hasQuickBlock READ hasQuickBlock NOTIFY changed)
     Q_PROPERTY(QString quickBlockText READ quickBlockText NOTIFY changed)
-    Q_PROPERTY(QList<stillgate::PopoverAction> actions READ actions NOTIFY changed)
+    Q_PROPERTY(QList<stillgate::PopoverAction> actions READ actions NOTIFY actionsChanged)
 
 public:
     explicit PopoverViewModel(const PopoverServices& services);
@@ -136,6 +136,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void actionsChanged(); ///< apart, so that a row keeps the keyboard when a figure changes
 
 private:
     void openQuickBlock();

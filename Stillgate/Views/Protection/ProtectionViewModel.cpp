@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <utility>
 
 namespace stillgate
@@ -35,7 +36,10 @@ void releaseLater(std::unique_ptr<ViewModel>& viewModel)
 ProtectionViewModel::ProtectionViewModel(const ProtectionServices& services)
     : m_services(services)
     , m_quickBlockStatus(services.monitor, services.clock, services.scheduler, [this] { Q_EMIT changed(); })
-    , m_showQuickBlock(services.notifications.observe(sgShowQuickBlock, [this] { openQuickBlock(); }))
+    , m_showQuickBlock(services.notifications.observe(sgShowQuickBlock, [this] {
+        if (!m_createRule && !m_quickBlock) // what somebody is writing stays
+            openQuickBlock();
+    }))
 {
     m_notifiers.push_back(services.state.blockRules.addNotifier([this] { updateRules(); }));
     m_notifiers.push_back(services.monitor.isMonitoring.addNotifier([this] { Q_EMIT changed(); }));
@@ -103,7 +107,11 @@ void ProtectionViewModel::updateRules()
     QList<RuleRow> rows;
     for (const auto& rule : m_services.state.blockRules.value())
         rows.push_back(ruleRow(rule, m_services.state.domainsOfCategory(rule.category.value_or(""))));
+    const bool isGone =
+        asksToDelete() && std::ranges::count(rows, QString::fromStdString(m_ruleToDelete), &RuleRow::id) == 0;
     m_rules.setRows(std::move(rows));
+    if (isGone)
+        closeSheet();
     Q_EMIT changed();
 }
 

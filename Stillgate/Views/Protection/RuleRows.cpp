@@ -77,7 +77,8 @@ RuleSection section(const char* symbol, const char* titleKey, const Entries& ent
 {
     const auto count = std::ssize(entries);
     RuleSection section{.symbol = symbol, .title = counted(count, titleKey)};
-    for (const auto& entry : std::span{entries}.first(static_cast<std::size_t>(std::min<std::ptrdiff_t>(count, mostEntries))))
+    for (const auto& entry :
+        std::span{entries}.first(static_cast<std::size_t>(std::min<std::ptrdiff_t>(count, mostEntries))))
         section.entries << QString::fromStdString(nameOf(entry));
     if (count > mostEntries)
         section.more = QString{"+%1 more"}.arg(count - mostEntries);

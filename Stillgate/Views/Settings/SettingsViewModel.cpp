@@ -54,6 +54,7 @@ SettingsViewModel::SettingsViewModel(SessionData& session, NotificationCenter& n
     , m_makeTab(std::move(makeTab))
     , m_tab(m_makeTab(m_selectedTab))
     , m_userNotifier(session.currentUser.addNotifier([this] { Q_EMIT userChanged(); }))
+    , m_sessionNotifier(session.isAuthenticated.addNotifier([this] { showTab(); }))
     , m_navigation(notifications.observeWithInfo(sgNavigateToTab, [this](const UserInfo& info) {
         if (const auto tab = info.find("tab"); tab != info.end())
             select(tab->second);
@@ -73,7 +74,10 @@ QList<SidebarItem> SettingsViewModel::sidebarItems()
 QString SettingsViewModel::userName() const
 {
     const auto& user = m_session.currentUser.value();
-    return user ? QString::fromStdString(user->displayName.value_or(user->email)) : QString{};
+    if (!user)
+        return {};
+    const auto name = user->displayName.value_or("");
+    return QString::fromStdString(name.empty() ? user->email : name);
 }
 
 QString SettingsViewModel::userInitial() const
@@ -86,7 +90,13 @@ void SettingsViewModel::select(int tag)
     if (tag == m_selectedTab || std::ranges::count(tabs(), tag) == 0)
         return;
     m_selectedTab = tag;
-    auto previous = std::exchange(m_tab, m_makeTab(tag));
+    showTab();
+}
+
+/// Anew also when a session begins or ends: what a screen has loaded is that user's.
+void SettingsViewModel::showTab()
+{
+    auto previous = std::exchange(m_tab, m_makeTab(m_selectedTab));
     Q_EMIT selectedTabChanged();
     previous.viewModel.release()->deleteLater(); // the screen goes by deleteLater() too, and before it
 }

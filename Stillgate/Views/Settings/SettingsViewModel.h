@@ -70,11 +70,14 @@ Q_SIGNALS:
     void userChanged();
 
 private:
+    void showTab();
+
     SessionData& m_session;
     TabFactory m_makeTab;
     int m_selectedTab = 0;
     TabScreen m_tab;
     QPropertyNotifier m_userNotifier;
+    QPropertyNotifier m_sessionNotifier;
     std::unique_ptr<Observation> m_navigation;
 };
 

@@ -102,7 +102,8 @@ QQmlEngine& QuickWindows::engine()
     if (!m_engine) {
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImportPath("qrc:/qt/qml");
-        m_engine->addImageProvider(AppIconProvider::scheme, new AppIconProvider{m_services.dataFolders}); // the engine's now
+        m_engine->addImageProvider(
+            AppIconProvider::scheme, new AppIconProvider{m_services.dataFolders}); // the engine's now
         m_preferencesChange = m_services.displayPreferences.onChange([this] { followMotionPreference(); });
     }
     return *m_engine;

@@ -28,7 +28,6 @@ struct WindowServices
     UsageTracker& tracker;
     Workspace& workspace;
     const Bundle& bundle;
-    const FileManager& files;
     NotificationCenter& notifications;
     Pasteboard& pasteboard;
     DisplayPreferences& displayPreferences;
