@@ -275,16 +275,15 @@ void AppState::logoutSoon()
 
 void AppState::syncBlockingState(HostsFileService::Rewrite rewrite)
 {
-    m_enforcement.enforce(compileBlocks(
-                              {
-                                  .blockRules = blockRules.value(),
-                                  .guardianRulesForMe = guardianRulesForMe.value(),
-                                  .schedules = schedules.value(),
-                                  .sharingConnections = sharingConnections.value(),
-                                  .budget = budget.value(),
-                              },
-                              [this](const std::string& category) { return domainsOfCategory(category); }),
-        rewrite);
+    const BlockInputs inputs{
+        .blockRules = blockRules.value(),
+        .guardianRulesForMe = guardianRulesForMe.value(),
+        .schedules = schedules.value(),
+        .sharingConnections = sharingConnections.value(),
+        .budget = budget.value(),
+    };
+    const auto lookUp = [this](const std::string& category) { return domainsOfCategory(category); };
+    m_enforcement.enforce(compileBlocks(inputs, lookUp), rewrite);
 }
 
 void AppState::loadFromCache()

@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Stillgate.DesignSystem
 import Stillgate.Localization
+import Stillgate.Views.Common
 import Stillgate.Views.Popover
 
 // The day of whoever is signed in: streak, figures, code, budget, and the quick block that runs.
@@ -47,7 +48,7 @@ ColumnLayout {
             RowLayout {
                 id: status
 
-                required property popoverStatus modelData
+                required property figure modelData
 
                 Layout.fillHeight: false
                 spacing: Tokens.space12
@@ -57,7 +58,7 @@ ColumnLayout {
                     color: status.modelData.color
                 }
                 SGText {
-                    text: status.modelData.label
+                    text: status.modelData.title
                     color: Tokens.sgTextSecondary
                 }
                 SGText {

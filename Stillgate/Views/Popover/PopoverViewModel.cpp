@@ -35,16 +35,16 @@ QColor colorOfRemaining(std::int64_t minutes)
     return minutes > 0 ? tokens().sgWarning : tokens().sgDanger;
 }
 
-QList<PopoverStatus> budgetStatuses(const ScreenTimeBudget& budget)
+QList<Figure> budgetStatuses(const ScreenTimeBudget& budget)
 {
     const auto remaining = budget.dailyLimitMinutes + budget.earnedMinutesToday - budget.usedMinutesToday;
-    QList<PopoverStatus> rows{{"hourglass", text("controller.remaining"),
-        hoursAndMinutes(std::max<std::int64_t>(remaining, 0)), colorOfRemaining(remaining)}};
+    QList<Figure> rows{{text("controller.remaining"), hoursAndMinutes(std::max<std::int64_t>(remaining, 0)),
+        "hourglass", colorOfRemaining(remaining)}};
     if (budget.earnedMinutesToday > 0)
-        rows.push_back({"gift.fill", text("controller.earned"), QString{"+%1m"}.arg(budget.earnedMinutesToday),
+        rows.push_back({text("controller.earned"), QString{"+%1m"}.arg(budget.earnedMinutesToday), "gift.fill",
             tokens().sgSuccess});
     if (budget.pendingTaskCount > 0)
-        rows.push_back({"checklist", text("desktop.menuBar.pendingTasks"), QString::number(budget.pendingTaskCount),
+        rows.push_back({text("desktop.menuBar.pendingTasks"), QString::number(budget.pendingTaskCount), "checklist",
             tokens().sgWarning});
     return rows;
 }
@@ -69,16 +69,16 @@ QString PopoverViewModel::statusText() const
     return text(isProtected() ? "common.active" : "common.inactive");
 }
 
-QList<PopoverStatus> PopoverViewModel::statuses() const
+QList<Figure> PopoverViewModel::statuses() const
 {
     const auto& session = m_services.session;
     const auto enabledRules = std::ranges::count(session.blockRules.value(), true, &BlockRule::enabled);
-    QList<PopoverStatus> rows{
-        {"shield.fill", text("desktop.protection.title"), statusText(),
+    QList<Figure> rows{
+        {text("desktop.protection.title"), statusText(), "shield.fill",
             isProtected() ? tokens().sgSuccess : tokens().sgDanger},
-        {"hand.raised.fill", text("desktop.menuBar.sitesShielded"),
-            QString::number(m_services.monitor.blockedAppAttempts), tokens().sgAccent},
-        {"lock.fill", text("desktop.menuBar.activeRules"), QString::number(enabledRules), tokens().sgAccent},
+        {text("desktop.menuBar.sitesShielded"), QString::number(m_services.monitor.blockedAppAttempts),
+            "hand.raised.fill", tokens().sgAccent},
+        {text("desktop.menuBar.activeRules"), QString::number(enabledRules), "lock.fill", tokens().sgAccent},
     };
     if (const auto& budget = session.budget.value())
         rows += budgetStatuses(*budget);

@@ -4,9 +4,9 @@
 #include "Platform/Bundle.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/Pasteboard.h"
+#include "Views/Common/Figure.h"
 #include "Views/Protection/QuickBlockStatus.h"
 
-#include <QColor>
 #include <QList>
 #include <QObject>
 #include <qqmlregistration.h>
@@ -16,23 +16,6 @@
 
 namespace stillgate
 {
-
-/// A line of the popover's figures.
-struct PopoverStatus
-{
-    Q_GADGET
-    QML_VALUE_TYPE(popoverStatus)
-    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
-    Q_PROPERTY(QString label MEMBER label CONSTANT)
-    Q_PROPERTY(QString value MEMBER value CONSTANT)
-    Q_PROPERTY(QColor color MEMBER color CONSTANT)
-
-public:
-    QString symbol;
-    QString label;
-    QString value;
-    QColor color;
-};
 
 /// Something that the popover can do. The key is told, and works while the popover has the keyboard.
 struct PopoverAction
@@ -79,7 +62,7 @@ class PopoverViewModel : public QObject
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     Q_PROPERTY(bool isOffline READ isOffline NOTIFY changed)
     Q_PROPERTY(int streakDays READ streakDays NOTIFY changed)
-    Q_PROPERTY(QList<stillgate::PopoverStatus> statuses READ statuses NOTIFY changed)
+    Q_PROPERTY(QList<stillgate::Figure> statuses READ statuses NOTIFY changed)
     Q_PROPERTY(QString sharingCode READ sharingCode NOTIFY changed)
     Q_PROPERTY(bool hasBudget READ hasBudget NOTIFY changed)
     Q_PROPERTY(double budgetFraction READ budgetFraction NOTIFY changed)
@@ -106,7 +89,7 @@ public:
         return static_cast<int>(m_services.session.streak.value().currentStreakDays);
     }
 
-    [[nodiscard]] QList<PopoverStatus> statuses() const;
+    [[nodiscard]] QList<Figure> statuses() const;
 
     /// Empty for none.
     [[nodiscard]] QString sharingCode() const;

@@ -58,25 +58,20 @@ qint64 QuickBlockStatus::minutesLeft() const
 
 QString QuickBlockStatus::text() const
 {
-    if (!isRunning())
-        return {};
-    return QString{"%1 %2 · %3m %4"}
-        .arg(appCount())
-        .arg(stillgate::text("desktop.quickBlock.apps"))
-        .arg(minutesLeft())
-        .arg(stillgate::text("controller.remaining"));
+    return textWith(stillgate::text("desktop.quickBlock.apps"), stillgate::text("controller.remaining"));
 }
 
 QString QuickBlockStatus::textInLowerCase() const
 {
+    const auto lower = [](const char* key) { return QLocale().toLower(stillgate::text(key)); };
+    return textWith(lower("desktop.quickBlock.apps"), lower("controller.remaining"));
+}
+
+QString QuickBlockStatus::textWith(const QString& apps, const QString& remaining) const
+{
     if (!isRunning())
         return {};
-    const auto lower = [](const char* key) { return QLocale().toLower(stillgate::text(key)); };
-    return QString{"%1 %2 · %3m %4"}
-        .arg(appCount())
-        .arg(lower("desktop.quickBlock.apps"))
-        .arg(minutesLeft())
-        .arg(lower("controller.remaining"));
+    return QString{"%1 %2 · %3m %4"}.arg(appCount()).arg(apps).arg(minutesLeft()).arg(remaining);
 }
 
 void QuickBlockStatus::follow()

@@ -35,6 +35,7 @@ public:
     [[nodiscard]] QString textInLowerCase() const;
 
 private:
+    [[nodiscard]] QString textWith(const QString& apps, const QString& remaining) const;
     void follow();
     void notice();
 
