@@ -13,8 +13,10 @@ void InstalledProgramTest::SetUp()
     const std::string bus = "unix:path=/run/user/2001/bus";
     home.giveTo(anna, bus);
     m_sessionBus.emplace(home,
-        QStringList{"--session", "--nofork", "--nopidfile", "--address=" + QString::fromStdString(bus)}, "dbus-daemon");
-    ASSERT_TRUE(becomes([] { return std::filesystem::exists("/run/user/2001/bus"); }));
+        QStringList{
+            "--session", "--nofork", "--nopidfile", "--address=" + QString::fromStdString(bus), "--print-address"},
+        "dbus-daemon");
+    ASSERT_TRUE(m_sessionBus->says(bus)); // once it listens
 }
 
 bool InstalledProgramTest::isEnforced(const std::string& domain)
