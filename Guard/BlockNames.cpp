@@ -92,4 +92,13 @@ bool isSubset(const BlockNames& part, const BlockNames& whole)
     return std::ranges::includes(whole, part);
 }
 
+UserNames divided(const BlockNames& names, std::vector<std::string> temporaryNames)
+{
+    std::ranges::sort(temporaryNames);
+    UserNames divided;
+    std::ranges::set_difference(names, temporaryNames, std::back_inserter(divided.lasting));
+    std::ranges::set_intersection(names, temporaryNames, std::back_inserter(divided.temporary));
+    return divided;
+}
+
 } // namespace stillgate::guard

@@ -32,4 +32,16 @@ using BlockNames = std::vector<std::string_view>;
 /// Whether every name of `part` is one of `whole`.
 [[nodiscard]] bool isSubset(const BlockNames& part, const BlockNames& whole);
 
+/// A user's names.
+struct UserNames
+{
+    BlockNames lasting;
+    BlockNames temporary; ///< which go again, however permanent the others are; a name may be in both
+
+    [[nodiscard]] BlockNames all() const { return unionOf(lasting, temporary); }
+};
+
+/// The names of a block, of which these, in any order, are temporary. Those that aren't of the block don't count.
+[[nodiscard]] UserNames divided(const BlockNames& names, std::vector<std::string> temporaryNames);
+
 } // namespace stillgate::guard

@@ -5,8 +5,8 @@ namespace stillgate::guard
 
 Consent neededConsent(Force standing, Force wanted, bool dropsNames)
 {
-    if (standing == Force::permanent)
-        return wanted == Force::permanent ? Consent::block : Consent::unblockPermanent;
+    if (standing == Force::permanent && wanted != Force::permanent)
+        return Consent::unblockPermanent;
     // Where nothing stands for the user, a removal still clears away what an interrupted one has left.
     return wanted == Force::none || dropsNames ? Consent::unblock : Consent::block;
 }

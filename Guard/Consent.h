@@ -26,8 +26,8 @@ enum class Consent : std::uint8_t {
     unblockPermanent, ///< less is, of what the user has applied as permanent
 };
 
-/// The consent to a change from what stands to what is wanted. `dropsNames`: names that stand aren't among the wanted
-/// ones. Over what is permanent they stay when permanent is wanted again, so that this is never asked for.
+/// The consent to a change from what stands to what is wanted. `dropsNames`: names that stand won't do so any more.
+/// Where permanent is wanted again, only temporary ones go.
 [[nodiscard]] Consent neededConsent(Force standing, Force wanted, bool dropsNames);
 
 /// The action's id in com.stillgate.guard.policy.

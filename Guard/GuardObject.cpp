@@ -12,6 +12,9 @@ namespace
 /// More than an application ever has, and few enough to keep in memory whatever they carry.
 constexpr int mostCallsOfAUser = 16;
 
+/// Several categories of sites, with every form of their names.
+constexpr qsizetype mostTemporaryNames = 500'000;
+
 QString errorName(Refusal::Kind kind)
 {
     const QString prefix = "com.stillgate.Guard.Error.";
@@ -54,7 +57,8 @@ GuardObject::GuardObject(Protection& protection)
     : m_protection(protection)
 {}
 
-void GuardObject::ReplaceHostsBlock(const QDBusUnixFileDescriptor& block, bool permanent)
+void GuardObject::ReplaceHostsBlock(
+    const QDBusUnixFileDescriptor& block, const QStringList& temporaryNames, bool permanent)
 {
     const auto caller = admitCaller();
     if (!caller)
@@ -62,8 +66,13 @@ void GuardObject::ReplaceHostsBlock(const QDBusUnixFileDescriptor& block, bool p
     auto text = SealedText::map(block.fileDescriptor());
     if (!text)
         return refuse(message(), text.error());
-    runDetached(answer(
-        message(), caller->user, m_protection.replaceHostsBlock(*caller, std::move(*text), permanenceOf(permanent))));
+    if (temporaryNames.size() > mostTemporaryNames)
+        return refuse(message(), {Refusal::Kind::invalidArgument, "these are more temporary names than fit"});
+    std::vector<std::string> names;
+    for (const auto& name : temporaryNames)
+        names.push_back(name.toStdString());
+    runDetached(answer(message(), caller->user,
+        m_protection.replaceHostsBlock(*caller, std::move(*text), std::move(names), permanenceOf(permanent))));
 }
 
 void GuardObject::RemoveHostsBlock()

@@ -30,7 +30,8 @@ Q_SIGNALS:
     // NOLINTBEGIN(readability-identifier-naming): the names are the interface's.
 public Q_SLOTS:
     /// `block`: a memory file sealed against every change, with a block as Guard/BlockNames.h reads it.
-    void ReplaceHostsBlock(const QDBusUnixFileDescriptor& block, bool permanent);
+    /// `temporaryNames`: those of it that the user takes out again at will; `permanent` is about the others.
+    void ReplaceHostsBlock(const QDBusUnixFileDescriptor& block, const QStringList& temporaryNames, bool permanent);
     void RemoveHostsBlock();
 
     /// The folder in which the user leaves what is to be blocked.

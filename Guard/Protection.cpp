@@ -26,6 +26,13 @@ std::unexpected<Refusal> tooManyNames()
     return refusal(Refusal::Kind::invalidArgument, "these are more names than fit");
 }
 
+/// What stands after a change: permanent names only grow.
+UserNames afterChange(const StoredBlock& standing, const UserNames& names, Force wanted)
+{
+    const bool mayOnlyGrow = standing.force == Force::permanent && wanted == Force::permanent;
+    return mayOnlyGrow ? UserNames{unionOf(standing.names.lasting, names.lasting), names.temporary} : names;
+}
+
 std::unexpected<Refusal> denied()
 {
     return refusal(Refusal::Kind::accessDenied, "the right to do this was not given");
@@ -49,7 +56,8 @@ Task<> Protection::settle()
         (void)co_await writeHostsFile(std::move(*block));
 }
 
-Task<Answer<>> Protection::replaceHostsBlock(Caller caller, SealedText block, Permanence permanence)
+Task<Answer<>> Protection::replaceHostsBlock(
+    Caller caller, SealedText block, std::vector<std::string> temporaryNames, Permanence permanence)
 {
     // THREAT: not a byte is read for a caller who may block nothing; until then it costs no memory of ours.
     const auto revision = m_revisions[{caller.user, Part::hostsBlock}];
@@ -60,7 +68,8 @@ Task<Answer<>> Protection::replaceHostsBlock(Caller caller, SealedText block, Pe
         co_return std::unexpected{read.error()};
     if (read->size() > mostNamesOfABlock)
         co_return tooManyNames();
-    const auto names = withoutNamesOfMachine(std::move(*read), m_system.host.name());
+    const auto names =
+        divided(withoutNamesOfMachine(std::move(*read), m_system.host.name()), std::move(temporaryNames));
     const auto wanted = forceOf(permanence);
     // What is added to a permanent block is in force before anybody is asked what may go.
     const auto hasGrown =
@@ -77,7 +86,7 @@ Task<Answer<>> Protection::replaceHostsBlock(Caller caller, SealedText block, Pe
 
 Task<Answer<>> Protection::removeHostsBlock(Caller caller)
 {
-    const BlockNames none;
+    const UserNames none;
     co_return co_await make(
         {caller, "RemoveHostsBlock", Part::hostsBlock, [&] { return consentToNames(caller.user, none, Force::none); },
             [&] { return applyNames(caller.user, &none, Force::none); }});
@@ -122,7 +131,7 @@ Task<Answer<ProtectionStatus>> Protection::status(uid_t user)
     if (m_system.folders.exists(user))
         status.container = m_system.folders.path(user);
     if (block->force != Force::none) {
-        const auto wholeBlock = unionBlock(user, block->names);
+        const auto wholeBlock = unionBlock(user, block->names.all());
         const auto hosts = m_system.files.read(hostsPath);
         status.isHostsBlockApplied = wholeBlock && hosts && hosts->contains(*wholeBlock);
     }
@@ -167,41 +176,43 @@ Task<Answer<>> Protection::make(Change change)
     }
 }
 
-Answer<Consent> Protection::consentToNames(uid_t user, const BlockNames& names, Force wanted) const
+Answer<Consent> Protection::consentToNames(uid_t user, const UserNames& names, Force wanted) const
 {
     const auto standing = m_system.records.hostsBlock(user);
     if (!standing)
         return std::unexpected{standing.error()};
-    return neededConsent(standing->force, wanted, !isSubset(standing->names, names));
+    const bool dropsNames = !isSubset(standing->names.all(), afterChange(*standing, names, wanted).all());
+    return neededConsent(standing->force, wanted, dropsNames);
 }
 
 /// Whether the user's block is permanent and has got names that weren't in it. For a caller who may block.
-Task<Answer<bool>> Protection::growPermanentBlock(uid_t user, const BlockNames* names)
+Task<Answer<bool>> Protection::growPermanentBlock(uid_t user, const UserNames* names)
 {
     co_await m_turns.next();
     const TurnEnd end{m_turns};
     const auto standing = m_system.records.hostsBlock(user);
     if (!standing)
         co_return std::unexpected{standing.error()};
-    if (standing->force != Force::permanent || isSubset(*names, standing->names))
+    if (standing->force != Force::permanent || isSubset(names->all(), standing->names.all()))
         co_return false;
     ++m_revisions[{user, Part::hostsBlock}];
-    const auto grown = co_await applyNames(user, names, Force::permanent);
+    const UserNames both{names->lasting, unionOf(standing->names.temporary, names->temporary)};
+    const auto grown = co_await applyNames(user, &both, Force::permanent);
     if (!grown)
         co_return std::unexpected{grown.error()};
     co_return true;
 }
 
-Task<Answer<>> Protection::applyNames(uid_t user, const BlockNames* names, Force wanted)
+Task<Answer<>> Protection::applyNames(uid_t user, const UserNames* names, Force wanted)
 {
     const auto standing = m_system.records.hostsBlock(user);
     if (!standing)
         co_return std::unexpected{standing.error()};
-    const bool mayOnlyGrow = standing->force == Force::permanent && wanted == Force::permanent;
-    const auto own = mayOnlyGrow ? unionOf(standing->names, *names) : *names;
-    if (own.size() > mostNamesOfAUser)
+    const auto own = afterChange(*standing, *names, wanted);
+    auto ownNames = own.all();
+    if (ownNames.size() > mostNamesOfAUser)
         co_return tooManyNames();
-    auto block = unionBlock(user, own);
+    auto block = unionBlock(user, std::move(ownNames));
     if (!block)
         co_return std::unexpected{block.error()};
     if (const auto stored = m_system.records.putHostsBlock(user, wanted, own); !stored)
@@ -223,9 +234,10 @@ Answer<std::string> Protection::unionBlock(std::optional<uid_t> user, BlockNames
         const auto block = other == user ? StoredBlock{} : m_system.records.hostsBlock(other);
         if (!block)
             return std::unexpected{block.error()};
-        if (block->names.empty())
+        const auto others = block->names.all();
+        if (others.empty())
             continue;
-        text = blockText(unionOf(names, block->names));
+        text = blockText(unionOf(names, others));
         names = readBlock(text).value_or(BlockNames{}); // of this text: the other's goes
         if (isTooMuch(names, text))
             return tooManyNames();
@@ -237,7 +249,7 @@ Answer<std::string> Protection::unionBlock(std::optional<uid_t> user, BlockNames
 
 Task<Answer<>> Protection::writeHostsFile(std::string block)
 {
-    const auto written = co_await m_system.hostsFile.replaceBlock(std::move(block), Permanence::flexible);
+    const auto written = co_await m_system.hostsFile.replaceBlock(std::move(block), {}, Permanence::flexible);
     if (!written)
         co_return refusal(written.error());
     co_return Answer<>{};

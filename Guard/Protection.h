@@ -47,7 +47,9 @@ public:
     /// Brings the hosts file to what the records say: an earlier process may have died between the two.
     [[nodiscard]] Task<> settle();
 
-    [[nodiscard]] Task<Answer<>> replaceHostsBlock(Caller caller, SealedText block, Permanence permanence);
+    /// `temporaryNames`: those of the block that go again. The permanence isn't theirs.
+    [[nodiscard]] Task<Answer<>> replaceHostsBlock(
+        Caller caller, SealedText block, std::vector<std::string> temporaryNames, Permanence permanence);
     [[nodiscard]] Task<Answer<>> removeHostsBlock(Caller caller);
 
     /// The user's folder.
@@ -72,9 +74,9 @@ private:
 
     [[nodiscard]] Task<Answer<>> make(Change change);
 
-    [[nodiscard]] Answer<Consent> consentToNames(uid_t user, const BlockNames& names, Force wanted) const;
-    [[nodiscard]] Task<Answer<>> applyNames(uid_t user, const BlockNames* names, Force wanted);
-    [[nodiscard]] Task<Answer<bool>> growPermanentBlock(uid_t user, const BlockNames* names);
+    [[nodiscard]] Answer<Consent> consentToNames(uid_t user, const UserNames& names, Force wanted) const;
+    [[nodiscard]] Task<Answer<>> applyNames(uid_t user, const UserNames* names, Force wanted);
+    [[nodiscard]] Task<Answer<bool>> growPermanentBlock(uid_t user, const UserNames* names);
     [[nodiscard]] Answer<std::string> unionBlock(std::optional<uid_t> user, BlockNames names) const;
     [[nodiscard]] Task<Answer<>> writeHostsFile(std::string block);
 

@@ -22,6 +22,28 @@ constexpr auto dnsProxyFile = "dns-proxy";
 constexpr std::string_view flexibleLine = "flexible\n";
 constexpr std::string_view permanentLine = "permanent\n";
 
+/// Between the block of the lasting names, if there are any, and that of the temporary ones. No block has such a line.
+constexpr std::string_view temporaryLine = "# temporary\n";
+
+std::string textOf(const UserNames& names)
+{
+    auto text = blockText(names.lasting);
+    if (!names.temporary.empty())
+        text.append(temporaryLine).append(blockText(names.temporary));
+    return text;
+}
+
+Answer<UserNames> namesIn(std::string_view text)
+{
+    const auto end = text.find(temporaryLine);
+    const bool hasTemporary = end != std::string_view::npos;
+    auto lasting = hasTemporary && end == 0 ? BlockNames{} : readBlock(text.substr(0, end));
+    auto temporary = hasTemporary ? readBlock(text.substr(end + temporaryLine.size())) : BlockNames{};
+    if (!lasting || !temporary)
+        return std::unexpected{lasting ? temporary.error() : lasting.error()};
+    return UserNames{std::move(*lasting), std::move(*temporary)};
+}
+
 } // namespace
 
 Records::Records(fs::path folder, std::string hostName, FileManager& files, Log& log)
@@ -39,7 +61,7 @@ Answer<StoredBlock> Records::hostsBlock(uid_t user)
     StoredBlock block{std::make_unique<const std::string>(std::move(record->content)), record->force, {}};
     if (block.force == Force::none)
         return block;
-    auto names = readBlock(*block.text);
+    auto names = namesIn(*block.text);
     if (!names) {
         const auto replaced = replaceDamaged(user, block);
         return replaced ? hostsBlock(user) : std::unexpected{replaced.error()};
@@ -62,12 +84,14 @@ Answer<> Records::replaceDamaged(uid_t user, const StoredBlock& damaged)
     std::erase_if(names, [](const std::string& name) { return !isDomainName(name); });
     std::ranges::sort(names);
     names.erase(std::unique(names.begin(), names.end()), names.end());
-    return putHostsBlock(user, damaged.force, BlockNames{names.begin(), names.end()});
+    return putHostsBlock(user, damaged.force, {.lasting = {names.begin(), names.end()}, .temporary = {}});
 }
 
-Answer<> Records::putHostsBlock(uid_t user, Force force, const BlockNames& names)
+Answer<> Records::putHostsBlock(uid_t user, Force force, const UserNames& names)
 {
-    return write(path(user, hostsBlockFile), names.empty() ? Force::none : force, blockText(names));
+    if (names.lasting.empty())
+        force = names.temporary.empty() ? Force::none : Force::flexible;
+    return write(path(user, hostsBlockFile), force, textOf(names));
 }
 
 Answer<Force> Records::dnsProxy(uid_t user) const

@@ -15,8 +15,8 @@ namespace stillgate::guard
 struct StoredBlock
 {
     std::unique_ptr<const std::string> text; ///< what the names are views of
-    Force force = Force::none;
-    BlockNames names;
+    Force force = Force::none;               ///< of the lasting names; flexible where there are none
+    UserNames names;
 };
 
 /// What each user has applied, in a folder of root's: `<uid>/hosts-block` and `<uid>/dns-proxy`. Each is written whole
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] Answer<StoredBlock> hostsBlock(uid_t user);
 
     /// With no names, the record goes.
-    [[nodiscard]] Answer<> putHostsBlock(uid_t user, Force force, const BlockNames& names);
+    [[nodiscard]] Answer<> putHostsBlock(uid_t user, Force force, const UserNames& names);
 
     [[nodiscard]] Answer<Force> dnsProxy(uid_t user) const;
 

@@ -5,6 +5,7 @@
 #include "Platform/HostsBlock.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace stillgate
@@ -149,6 +150,18 @@ std::vector<std::string> HostsFileService::withTemporary(std::vector<std::string
     return domains;
 }
 
+/// The names that the temporary domains add to a list.
+std::vector<std::string> HostsFileService::temporaryNamesBeyond(const std::vector<std::string>& list) const
+{
+    if (m_temporary.empty())
+        return {};
+    const HostNames ofList{list};
+    const HostNames temporary{{m_temporary.begin(), m_temporary.end()}};
+    std::vector<std::string_view> names;
+    std::ranges::set_difference(temporary.sorted(), ofList.sorted(), std::back_inserter(names));
+    return {names.begin(), names.end()};
+}
+
 /// Whether a list stands there already. What stands there for temporary domains doesn't count: it goes with them.
 bool HostsFileService::isInFile(const std::vector<std::string>& domains) const
 {
@@ -169,7 +182,8 @@ Task<> HostsFileService::write(BlockRequest request, std::vector<std::string> li
     const bool takesNamesOut = std::exchange(m_isRewriteDue, false);
     const auto permanence = m_permanence;
     const auto temporary = m_temporary;
-    const auto written = co_await m_writer.replaceBlock(generateHostsEntries(withTemporary(list)), permanence);
+    const auto written = co_await m_writer.replaceBlock(
+        generateHostsEntries(withTemporary(list)), temporaryNamesBeyond(list), permanence);
     if (written) {
         m_defaults.setString(hashKey, request.key);
         setPermanenceInFile(permanence);

@@ -40,8 +40,8 @@ public:
     void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifPartIsMissing);
 
     /// Blocks these domains too, in the place of earlier temporary ones; with none, the file becomes what it was before
-    /// them. They end with the process, but what it leaves in the file then stays until the next write. Names that the
-    /// guard has taken for a permanent block stay in it.
+    /// them, also where the list stands for good. They end with the process, but what it leaves in the file then stays
+    /// until the next write.
     void setTemporaryDomains(std::set<std::string> domains);
 
     /// Of both kinds.
@@ -83,6 +83,7 @@ private:
     [[nodiscard]] bool isListThere(const BlockRequest& request) const;
     [[nodiscard]] std::vector<std::string> fullerList(const std::vector<std::string>& domains) const;
     [[nodiscard]] std::vector<std::string> withTemporary(std::vector<std::string> domains) const;
+    [[nodiscard]] std::vector<std::string> temporaryNamesBeyond(const std::vector<std::string>& list) const;
     [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
     [[nodiscard]] Permanence permanenceInFile() const;
     void setPermanenceInFile(Permanence permanence);

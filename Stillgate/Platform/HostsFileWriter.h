@@ -5,6 +5,7 @@
 #include "Platform/Task.h"
 
 #include <string>
+#include <vector>
 
 namespace stillgate
 {
@@ -21,8 +22,10 @@ public:
 
     /// The block, a text from its first to its last byte, takes the place of whatever blocks the file holds, at its
     /// end. Where several accounts of the machine have one, it takes the place of this user's, and the file holds the
-    /// names of all.
-    [[nodiscard]] virtual Task<Result<void>> replaceBlock(std::string block, Permanence permanence) = 0;
+    /// names of all. `temporaryNames`, lower case, are those in it that are going to leave it again: they do so freely,
+    /// whatever the permanence of the others is.
+    [[nodiscard]] virtual Task<Result<void>> replaceBlock(
+        std::string block, std::vector<std::string> temporaryNames, Permanence permanence) = 0;
 
     [[nodiscard]] virtual Task<Result<void>> removeBlock() = 0;
 };

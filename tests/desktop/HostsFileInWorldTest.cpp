@@ -24,7 +24,7 @@ protected:
         putFile(hostsPath, original);
     }
 
-    bool replace() { return await(m_writer.replaceBlock(m_block, Permanence::flexible)).has_value(); }
+    bool replace() { return await(m_writer.replaceBlock(m_block, {}, Permanence::flexible)).has_value(); }
 
     static constexpr auto original = "127.0.0.1 localhost\n";
     LinuxFileManager m_files;

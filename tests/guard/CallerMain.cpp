@@ -33,7 +33,7 @@ std::string allInput()
     return {std::istreambuf_iterator<char>{std::cin}, {}};
 }
 
-/// What a word of the command line stands for as an argument of a call.
+/// What a word of the command line stands for as an argument of a call: "-a,b" for a list.
 QVariant argument(const QString& word)
 {
     if (word == "permanent" || word == "flexible")
@@ -44,6 +44,8 @@ QVariant argument(const QString& word)
         return memoryFile(allInput(), F_SEAL_SHRINK | F_SEAL_GROW);
     if (word == "growing-block")
         return memoryFile(allInput(), F_SEAL_SHRINK | F_SEAL_WRITE);
+    if (word.startsWith('-'))
+        return word.mid(1).split(',', Qt::SkipEmptyParts);
     if (word == "pipe")
         return QVariant::fromValue(QDBusUnixFileDescriptor{STDIN_FILENO});
     return word;

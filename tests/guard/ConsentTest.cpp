@@ -34,7 +34,7 @@ TEST(Consent, moreIsFreeAndLessCostsWhatItWasAppliedWith)
         {flexible, permanent, true, Consent::unblock},
         {flexible, none, true, Consent::unblock},
         {permanent, permanent, false, Consent::block},
-        {permanent, permanent, true, Consent::block},
+        {permanent, permanent, true, Consent::unblock},
         {permanent, flexible, false, Consent::unblockPermanent},
         {permanent, flexible, true, Consent::unblockPermanent},
         {permanent, none, true, Consent::unblockPermanent},

@@ -121,7 +121,7 @@ void GuardTest::stopUnits()
 
 std::string GuardTest::replace(uid_t user, const std::string& mode, const std::vector<std::string>& domains)
 {
-    return call(user, "ReplaceHostsBlock block " + mode, generateHostsEntries(domains));
+    return call(user, "ReplaceHostsBlock block - " + mode, generateHostsEntries(domains));
 }
 
 std::string GuardTest::hostsWith(const std::vector<std::string>& domains)

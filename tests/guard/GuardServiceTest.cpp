@@ -46,7 +46,7 @@ TEST_F(Guard, moreNamesThanFitAreRefusedBeforeTheyAreStored)
         return text + "# End Stillgate\n";
     };
     constexpr int most = 1'500'000;
-    const std::string order = "ReplaceHostsBlock block permanent";
+    const std::string order = "ReplaceHostsBlock block - permanent";
     EXPECT_EQ(call(anna, order, names("a", most + 1)), "InvalidArgument");
     EXPECT_EQ(call(anna, order, names("a", most)), "done");
     EXPECT_EQ(call(anna, order, names("b", most)), "InvalidArgument") << "with what stands";
@@ -93,6 +93,34 @@ TEST_F(Guard, permanentNamesOnlyGrowUntilAnAdministratorAgrees)
     EXPECT_EQ(hosts(), original);
 }
 
+TEST_F(Guard, temporaryNamesGoAgainHoweverPermanentTheOthersAre)
+{
+    const auto order = [](const std::string& temporary, const std::vector<std::string>& domains) {
+        return call(anna, "ReplaceHostsBlock block -" + temporary + " permanent", generateHostsEntries(domains));
+    };
+    EXPECT_EQ(order("q.example,www.q.example", {"q.example"}), "done");
+    EXPECT_EQ(call(anna, "RemoveHostsBlock"), "AccessDenied") << "five of its names aren't temporary";
+    m_polkit->granted.insert(unblockPermanent);
+    EXPECT_EQ(call(anna, "RemoveHostsBlock"), "done");
+    m_polkit->granted.erase(unblockPermanent);
+
+    const std::string formsOfQ = "q.example,www.q.example,m.q.example,mobile.q.example,api.q.example,cdn.q.example,"
+                                 "static.q.example,other.example";
+    EXPECT_EQ(order(formsOfQ, {"q.example"}), "done");
+    EXPECT_EQ(call(anna, "RemoveHostsBlock"), "done") << "nothing of it was permanent";
+    EXPECT_EQ(hosts(), original);
+
+    EXPECT_EQ(order(formsOfQ, {"a.example", "q.example"}), "done");
+    killGuard();
+    EXPECT_EQ(replace(ben, "flexible", {"b.example"}), "done");
+    EXPECT_EQ(hosts(), hostsWith({"a.example", "b.example", "q.example"})) << "they outlive the guard's process";
+    EXPECT_EQ(order("", {"b.example"}), "done");
+    EXPECT_EQ(hosts(), hostsWith({"a.example", "b.example"})) << "and permanent names stay, whatever is asked for";
+    EXPECT_EQ(order("a.example", {"a.example"}), "done");
+    EXPECT_EQ(order("", {"b.example"}), "done");
+    EXPECT_EQ(hosts(), hostsWith({"a.example", "b.example"})) << "also those called temporary later";
+}
+
 TEST_F(Guard, rootNeedsNobodysConsent)
 {
     m_polkit->granted.clear();
@@ -101,7 +129,7 @@ TEST_F(Guard, rootNeedsNobodysConsent)
     EXPECT_EQ(hosts(), original);
     EXPECT_THAT(m_polkit->asked, SizeIs(0));
     EXPECT_EQ(replace(anna, "flexible", {"a.example"}), "AccessDenied");
-    EXPECT_EQ(call(anna, "ReplaceHostsBlock block flexible", "garbage"), "AccessDenied") << "unread";
+    EXPECT_EQ(call(anna, "ReplaceHostsBlock block - flexible", "garbage"), "AccessDenied") << "unread";
     EXPECT_EQ(call(anna, "RemoveHostsBlock"), "AccessDenied");
     EXPECT_EQ(call(anna, "EnableDNSProxy flexible"), "AccessDenied");
     EXPECT_EQ(call(anna, "DisableDNSProxy"), "AccessDenied");
@@ -113,10 +141,11 @@ TEST_F(Guard, whatIsNoSealedBlockChangesNothing)
     const std::string unlike[] = {"", whole.substr(0, 40), whole + "x", "10.0.0.1 bank.example\n",
         "\n# Stillgate Protected Sites\n10.0.0.1 bank.example\n# End Stillgate\n"};
     for (const auto& bytes : unlike)
-        EXPECT_EQ(call(anna, "ReplaceHostsBlock block flexible", bytes), "InvalidArgument");
+        EXPECT_EQ(call(anna, "ReplaceHostsBlock block - flexible", bytes), "InvalidArgument");
     for (const auto* kind : {"unsealed-block", "growing-block", "pipe"})
-        EXPECT_EQ(call(anna, std::string{"ReplaceHostsBlock "} + kind + " flexible", whole), "InvalidArgument") << kind;
-    for (const auto* words : {"ReplaceHostsBlock text flexible", "ReplaceHostsBlock", "Quit", "becameIdle"})
+        EXPECT_EQ(call(anna, std::string{"ReplaceHostsBlock "} + kind + " - flexible", whole), "InvalidArgument")
+            << kind;
+    for (const auto* words : {"ReplaceHostsBlock text - flexible", "ReplaceHostsBlock", "Quit", "becameIdle"})
         EXPECT_EQ(call(anna, words, whole), "UnknownMethod") << words;
     EXPECT_EQ(hosts(), original);
 }
@@ -159,7 +188,7 @@ TEST_F(Guard, consentToWhatStoodBeforeIsNoneToWhatStandsNow)
 {
     EXPECT_EQ(replace(anna, "permanent", {"a.example"}), "done");
     m_polkit->isAskingAPerson = true;
-    UserCall calls{anna, "RemoveHostsBlock and ReplaceHostsBlock block permanent then RemoveHostsBlock",
+    UserCall calls{anna, "RemoveHostsBlock and ReplaceHostsBlock block - permanent then RemoveHostsBlock",
         generateHostsEntries({"b.example"})};
     EXPECT_TRUE(becomes([&] { return m_polkit->openQuestions() == 2; })) << "the second shares no question";
     EXPECT_EQ(hosts(), hostsWith({"a.example", "b.example"}));
@@ -231,7 +260,7 @@ TEST_F(Guard, killedAtAnyMomentItLosesNothing)
         putFile("/etc/hosts", before);
         shell("rm -rf /var/lib/stillgate/guard/2002");
         call(anna, "Status");
-        UserCall interrupted{ben, "ReplaceHostsBlock block flexible", generateHostsEntries({"b.example"})};
+        UserCall interrupted{ben, "ReplaceHostsBlock block - flexible", generateHostsEntries({"b.example"})};
         shell("sleep " + std::to_string(milliseconds / 1000.0)); // where it is by then is what varies
         killGuard();
         const bool isDone = interrupted.result() == "done";

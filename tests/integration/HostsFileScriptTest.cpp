@@ -46,7 +46,7 @@ protected:
     bool replace(const std::string& block)
     {
         return await(
-            ScriptHostsFileWriter{m_hosts, m_files, m_children, m_host}.replaceBlock(block, Permanence::flexible))
+            ScriptHostsFileWriter{m_hosts, m_files, m_children, m_host}.replaceBlock(block, {}, Permanence::flexible))
             .has_value();
     }
 
@@ -55,7 +55,7 @@ protected:
     {
         TamperingChildProcess children{tamper};
         return await(
-            ScriptHostsFileWriter{m_hosts, m_files, children, m_host}.replaceBlock(m_block, Permanence::flexible))
+            ScriptHostsFileWriter{m_hosts, m_files, children, m_host}.replaceBlock(m_block, {}, Permanence::flexible))
             .has_value();
     }
 

@@ -53,6 +53,11 @@ protected:
         return {names.sorted().begin(), names.sorted().end()};
     }
 
+    static bool contains(const std::vector<std::string>& names, const std::string& name)
+    {
+        return std::ranges::find(names, name) != names.end();
+    }
+
     [[nodiscard]] bool isRunning() const { return m_monitor.activeQuickBlock.value().has_value(); }
 
     [[nodiscard]] const std::vector<std::string>& told(const std::string& app) { return m_workspace.app(app).told; }
@@ -194,8 +199,11 @@ TEST_F(QuickBlocks, fileIsAfterwardsWhatItWas)
             start(sites);
             EXPECT_EQ(blocked(), namesOf(all));
             EXPECT_EQ(m_writer.permanence, permanence);
+            for (const auto& name : namesOf(all))
+                EXPECT_NE(contains(m_writer.temporaryNames, name), contains(namesOf(list), name)) << name;
             stop();
             EXPECT_EQ(hosts(), before);
+            EXPECT_THAT(m_writer.temporaryNames, IsEmpty());
             EXPECT_EQ(m_writer.permanence, permanence);
         }
         if (!list.empty())

@@ -32,7 +32,8 @@ ScriptHostsFileWriter::ScriptHostsFileWriter(
     , m_host(host)
 {}
 
-Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block, Permanence)
+Task<Result<void>> ScriptHostsFileWriter::replaceBlock(
+    std::string block, std::vector<std::string> /*temporaryNames*/, Permanence /*permanence*/)
 {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         auto rewrite = prepare(block);
@@ -53,7 +54,7 @@ Task<Result<void>> ScriptHostsFileWriter::replaceBlock(std::string block, Perman
 
 Task<Result<void>> ScriptHostsFileWriter::removeBlock()
 {
-    return replaceBlock({}, Permanence::flexible);
+    return replaceBlock({}, {}, Permanence::flexible);
 }
 
 Result<ScriptHostsFileWriter::Rewrite> ScriptHostsFileWriter::prepare(const std::string& block) const

@@ -18,7 +18,8 @@ class ScriptHostsFileWriter final : public HostsFileWriter
 public:
     ScriptHostsFileWriter(std::filesystem::path hostsFile, FileManager& files, ChildProcess& children, Host& host);
 
-    [[nodiscard]] Task<Result<void>> replaceBlock(std::string block, Permanence permanence) override;
+    [[nodiscard]] Task<Result<void>> replaceBlock(
+        std::string block, std::vector<std::string> temporaryNames, Permanence permanence) override;
     [[nodiscard]] Task<Result<void>> removeBlock() override;
 
 private:

@@ -19,13 +19,15 @@ public:
         : m_files(files)
     {}
 
-    [[nodiscard]] Task<Result<void>> replaceBlock(std::string block, Permanence newPermanence) override;
+    [[nodiscard]] Task<Result<void>> replaceBlock(
+        std::string block, std::vector<std::string> newTemporaryNames, Permanence newPermanence) override;
     [[nodiscard]] Task<Result<void>> removeBlock() override;
 
     /// Every request: the block, or "" for a removal.
     std::vector<std::string> requests;
     bool isPermitted = false;
     Permanence permanence = Permanence::flexible; ///< of the block in the file
+    std::vector<std::string> temporaryNames;      ///< in it
 
     /// Later requests wait until `finishHeld`.
     void hold() { m_held = std::make_shared<OneShotEvent>(); }

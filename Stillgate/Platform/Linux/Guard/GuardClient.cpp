@@ -59,13 +59,17 @@ Task<Result<GuardClient::Status>> GuardClient::status()
     co_return Status{.isDNSProxyEnabled = answer->at(0).toBool(), .hasContainer = !answer->at(1).toString().isEmpty()};
 }
 
-Task<Result<void>> GuardClient::replaceHostsBlock(std::string block, Permanence permanence)
+Task<Result<void>> GuardClient::replaceHostsBlock(
+    std::string block, std::vector<std::string> temporaryNames, Permanence permanence)
 {
     const auto file = sealedFile(block);
     if (!file)
         co_return std::unexpected{file.error()};
     const auto argument = QVariant::fromValue(QDBusUnixFileDescriptor{file->number()}); // a copy of the descriptor
-    co_return co_await order("ReplaceHostsBlock", {argument, permanence == Permanence::permanent});
+    QStringList temporary;
+    for (const auto& name : temporaryNames)
+        temporary.append(QString::fromStdString(name));
+    co_return co_await order("ReplaceHostsBlock", {argument, temporary, permanence == Permanence::permanent});
 }
 
 Task<Result<void>> GuardClient::removeHostsBlock()

@@ -7,6 +7,7 @@
 #include <QDBusMessage>
 
 #include <string>
+#include <vector>
 
 namespace stillgate
 {
@@ -27,7 +28,8 @@ public:
     };
 
     [[nodiscard]] Task<Result<Status>> status();
-    [[nodiscard]] Task<Result<void>> replaceHostsBlock(std::string block, Permanence permanence);
+    [[nodiscard]] Task<Result<void>> replaceHostsBlock(
+        std::string block, std::vector<std::string> temporaryNames, Permanence permanence);
     [[nodiscard]] Task<Result<void>> removeHostsBlock();
     [[nodiscard]] Task<Result<void>> enableDNSProxy(Permanence permanence);
     [[nodiscard]] Task<Result<void>> disableDNSProxy();

@@ -14,9 +14,10 @@ public:
         : m_guard(guard)
     {}
 
-    [[nodiscard]] Task<Result<void>> replaceBlock(std::string block, Permanence permanence) override
+    [[nodiscard]] Task<Result<void>> replaceBlock(
+        std::string block, std::vector<std::string> temporaryNames, Permanence permanence) override
     {
-        return m_guard.replaceHostsBlock(std::move(block), permanence);
+        return m_guard.replaceHostsBlock(std::move(block), std::move(temporaryNames), permanence);
     }
 
     [[nodiscard]] Task<Result<void>> removeBlock() override { return m_guard.removeHostsBlock(); }
