@@ -176,7 +176,7 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
     const auto newRules = m_services.backend.getBlockRules(calls.token());
     const auto newDevices = m_services.backend.getDevices(calls.token());
 
-    const int changesBefore = m_ruleChanges;
+    const int changesBefore = m_ownChanges;
 
     Result<void> outcome;
     const auto take = [&](auto& field, auto answer) {
@@ -189,7 +189,7 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
     };
     take(streak, co_await newStreak);
     auto rulesAnswer = co_await newRules;
-    if (rulesAnswer && m_ruleChanges != changesBefore)
+    if (rulesAnswer && isOvertaken(changesBefore))
         rulesAnswer = blockRules.value();
     take(blockRules, std::move(rulesAnswer));
     take(devices, co_await newDevices);
@@ -200,7 +200,10 @@ Task<Result<void>> AppState::reloadFirst(CancellationToken session)
 Task<> AppState::reloadRest(CancellationToken session)
 {
     auto& backend = m_services.backend;
-    takeOrEmpty(session, schedules, co_await backend.getSchedules(session));
+    const int changesBefore = m_ownChanges;
+    auto newSchedules = co_await backend.getSchedules(session);
+    if (!isOvertaken(changesBefore))
+        takeOrEmpty(session, schedules, std::move(newSchedules));
     takeOrEmpty(session, budget, co_await backend.getScreenTimeBudget(session));
     takeOrEmpty(session, connections, co_await backend.getSharingConnections(session));
     if (session.isCancelled())

@@ -65,11 +65,14 @@ public:
     /// Writes the session as it stands to the cache, from which the next start takes it.
     void saveToCache() { m_cache.save(*this); }
 
-    /// The rules as the user has just made them: an answer that was asked for before doesn't take their place.
-    void replaceRules(std::vector<BlockRule> rules)
+    /// The user changes rules or schedules. A refresh leaves them alone whose answer may be of before the change ends.
+    void beginOwnChange() { ++m_ownChangesUnderWay; }
+
+    /// The backend has answered, whatever it said.
+    void endOwnChange()
     {
-        ++m_ruleChanges;
-        blockRules = std::move(rules);
+        --m_ownChangesUnderWay;
+        ++m_ownChanges;
     }
 
     /// Cancelled when the session ends.
@@ -82,6 +85,12 @@ private:
     [[nodiscard]] Task<Result<void>> reloadFirst(CancellationToken session);
     [[nodiscard]] Task<> reloadRest(CancellationToken session);
     [[nodiscard]] Task<> leaveBackend();
+
+    /// Whether an answer may lack what the user has changed; `changesBefore` had ended when it was asked for.
+    [[nodiscard]] bool isOvertaken(int changesBefore) const
+    {
+        return m_ownChangesUnderWay > 0 || m_ownChanges != changesBefore;
+    }
 
     [[nodiscard]] std::unexpected<Error> firstLoadFailure(
         std::string_view call, Error error, const CancellationToken& session);
@@ -98,7 +107,8 @@ private:
     Heartbeat m_heartbeat;
     ConfigurationWatch m_configuration;
 
-    int m_ruleChanges = 0;        ///< the user's, so far
+    int m_ownChangesUnderWay = 0;
+    int m_ownChanges = 0;         ///< that have ended
     int m_startsUnderWay = 0;     ///< a sign-in may start a session while the launch still waits
     CancellationSource m_session; ///< cancelled when the session ends
     std::unique_ptr<Timer> m_logoutSoon;

@@ -26,16 +26,18 @@ OwnRules::OwnRules(AppState& state, Backend& backend, Log& log)
 Task<> OwnRules::addRule(BlockRule rule)
 {
     if (!m_state.isAuthenticated)
-        co_return; // it would hold for whoever signs in next
+        co_return;
     const auto session = m_state.sessionToken();
     auto rules = m_state.blockRules.value();
     rules.push_back(rule);
-    m_state.replaceRules(std::move(rules));
+    m_state.beginOwnChange();
+    m_state.blockRules = std::move(rules);
     m_state.syncBlockingState();
     m_state.saveToCache(); // a start without a network shall find it
 
     const auto localId = rule.id;
     auto answer = co_await m_backend.createBlockRule(std::move(rule));
+    m_state.endOwnChange();
     if (!answer)
         m_log.write("[CreateRule] API failed: " + answer.error().description());
     if (!answer || session.isCancelled())
@@ -45,7 +47,7 @@ Task<> OwnRules::addRule(BlockRule rule)
     if (local == rules.end())
         co_return;
     *local = std::move(*answer);
-    m_state.replaceRules(std::move(rules));
+    m_state.blockRules = std::move(rules);
     m_state.saveToCache();
 }
 
@@ -53,16 +55,22 @@ Task<> OwnRules::deleteRule(std::string id)
 {
     if (!m_state.isAuthenticated)
         co_return;
-    m_state.replaceRules(without(m_state.blockRules.value(), id));
+    m_state.beginOwnChange();
+    m_state.blockRules = without(m_state.blockRules.value(), id);
     m_state.syncBlockingState(HostsFileService::Rewrite::always);
     m_state.saveToCache();
     (void)co_await m_backend.deleteBlockRule(std::move(id));
+    m_state.endOwnChange();
 }
 
 Task<Result<void>> OwnRules::addSchedule(BlockSchedule schedule)
 {
+    if (!m_state.isAuthenticated)
+        co_return failure(APIError::unauthorized());
     const auto session = m_state.sessionToken();
+    m_state.beginOwnChange();
     auto answer = co_await m_backend.createSchedule(std::move(schedule));
+    m_state.endOwnChange();
     if (!answer)
         co_return std::unexpected{answer.error()};
     if (!session.isCancelled()) {
@@ -76,8 +84,12 @@ Task<Result<void>> OwnRules::addSchedule(BlockSchedule schedule)
 
 Task<> OwnRules::deleteSchedule(std::string id)
 {
+    if (!m_state.isAuthenticated)
+        co_return;
     const auto session = m_state.sessionToken();
+    m_state.beginOwnChange();
     (void)co_await m_backend.deleteSchedule(id);
+    m_state.endOwnChange();
     if (session.isCancelled())
         co_return;
     m_state.schedules = without(m_state.schedules.value(), id);

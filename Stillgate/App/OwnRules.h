@@ -6,7 +6,8 @@ namespace stillgate
 {
 
 /// What the user changes of their own rules and schedules: operations that come to their end whatever becomes of the
-/// screen that they were begun on. A rule holds here at once, also without a network; the backend follows.
+/// screen that they were begun on. A rule holds here at once, also without a network; the backend follows. Nothing
+/// happens once the session is over: it would be done to whoever signs in next.
 class OwnRules
 {
 public:

@@ -144,6 +144,14 @@ protected:
         return state().blockRules.value().back();
     }
 
+    [[nodiscard]] std::vector<std::string> idsInSession()
+    {
+        std::vector<std::string> ids;
+        for (const auto& each : state().blockRules.value())
+            ids.push_back(each.id);
+        return ids;
+    }
+
     MemoryWorkspace m_workspace;
     OwnRules m_ownRules{state(), m_backend, m_log};
     ProtectionViewModel m_viewModel{
@@ -236,18 +244,33 @@ TEST_F(Protection, whatTheServerNeverGetsStaysAndIsThereAfterARestart)
     EXPECT_THAT(m_files.read(cacheFile).value_or(""), testing::HasSubstr(made.id));
 }
 
-TEST_F(Protection, refreshThatWasUnderWayTakesNoNewRuleAway)
+TEST_F(Protection, refreshTakesNoNewRuleAwayAndBringsNoDeletedOneBack)
 {
     startOnline();
     m_backend.hold("getBlockRules");
     auto refresh = state().refreshData();
+    m_backend.hold("createBlockRule");
     auto& editor = openEditor();
     editor.selectBlockMode(1);
     const auto made = madeBy(editor);
     m_backend.release("getBlockRules");
     await(std::move(refresh));
-    ASSERT_THAT(state().blockRules.value(), SizeIs(1));
-    EXPECT_EQ(state().blockRules.value()[0].id, made.id);
+    EXPECT_THAT(idsInSession(), ElementsAre(made.id)) << "it was made while the refresh was under way";
+    await(state().refreshData());
+    EXPECT_THAT(idsInSession(), ElementsAre(made.id)) << "the server may have answered before it had it";
+    m_backend.createdRule = made;
+    m_backend.release("createBlockRule");
+    EXPECT_THAT(idsInSession(), ElementsAre(made.id));
+
+    m_backend.blockRules = std::vector{made};
+    m_backend.hold("deleteBlockRule " + made.id);
+    m_viewModel.askToDelete(QString::fromStdString(made.id));
+    m_viewModel.deleteRule();
+    await(state().refreshData());
+    EXPECT_THAT(idsInSession(), IsEmpty());
+    m_backend.release("deleteBlockRule " + made.id); // with a failure
+    await(state().refreshData());
+    EXPECT_THAT(idsInSession(), ElementsAre(made.id)) << "the server has the last word";
 }
 
 TEST_F(Protection, nothingIsMadeOrDeletedAfterASignOut)

@@ -26,6 +26,8 @@ BlockSchedule scheduleWithId(std::string id)
 class Schedules : public AppStateFixture
 {
 protected:
+    Schedules() { state().isAuthenticated = true; }
+
     CreateScheduleViewModel& openSheet()
     {
         m_viewModel.openCreateSheet();
@@ -172,6 +174,41 @@ TEST_F(Schedules, oneIsDeletedOnceTheUserHasAgreedAndTheServerHasAnswered)
     m_viewModel.askToDelete("s2");
     state().schedules = std::vector<BlockSchedule>{};
     EXPECT_FALSE(m_viewModel.asksToDelete()) << "nothing is left to ask for";
+}
+
+TEST_F(Schedules, refreshTakesNoNewOneAwayAndBringsNoDeletedOneBack)
+{
+    m_backend.answerFirstLoad();
+    m_backend.schedules = std::vector<BlockSchedule>{};
+    m_backend.createdSchedule = scheduleWithId("s1");
+    m_backend.hold("getSchedules");
+    auto refresh = state().refreshData();
+    auto& sheet = openSheet();
+    sheet.setName("Homework");
+    sheet.create();
+    m_backend.release("getSchedules");
+    await(std::move(refresh));
+    EXPECT_THAT(namesInSession(), SizeIs(1));
+
+    m_backend.schedules = std::vector{scheduleWithId("s1")};
+    m_backend.hold("getSchedules");
+    refresh = state().refreshData();
+    m_viewModel.askToDelete("s1");
+    m_viewModel.deleteForGood();
+    m_backend.release("getSchedules");
+    await(std::move(refresh));
+    EXPECT_THAT(namesInSession(), IsEmpty());
+}
+
+TEST_F(Schedules, nothingIsMadeOrDeletedAfterASignOut)
+{
+    auto& sheet = openSheet();
+    sheet.setName("Homework");
+    m_viewModel.askToDelete("s1");
+    state().logout();
+    sheet.create();
+    m_viewModel.deleteForGood();
+    EXPECT_THAT(m_backend.calls, IsEmpty());
 }
 
 TEST_F(Schedules, weekBeginsOnMondayInTheLanguageOfTheTexts)
