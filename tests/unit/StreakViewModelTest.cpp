@@ -10,14 +10,16 @@ namespace stillgate
 {
 
 using namespace test;
+using namespace std::chrono_literals;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class Streaks : public testing::Test
 {
 protected:
     StreakViewModel makeViewModel(std::filesystem::path bundle = "/nowhere")
     {
-        return {m_session, m_time, m_host, std::move(bundle)};
+        return {m_session, m_time, m_time, m_host, std::move(bundle)};
     }
 
     /// The week as it is drawn: "v" done, "o" today, "." neither.
@@ -65,6 +67,24 @@ TEST_F(Streaks, weekShowsTheDaysBeforeTodayThatTheCountCovers)
     EXPECT_EQ(week[0].spoken, "Monday, common.completed");
     EXPECT_EQ(week[1].spoken, "Tuesday, time.today");
     EXPECT_EQ(week[6].spoken, "Sunday");
+}
+
+TEST_F(Streaks, weekTurnsAtMidnightInAWindowThatStaysOpen)
+{
+    const auto sunday = std::chrono::sys_days{std::chrono::year{2026} / 1 / 18};
+    m_time.setCivilTime(sunday + 23h + 55min);
+    const auto viewModel = makeViewModel();
+    std::vector<std::string> shown;
+    QObject::connect(&viewModel, &StreakViewModel::changed, [&] { shown.push_back(weekOf(viewModel)); });
+    m_time.advance(4min);
+    EXPECT_THAT(shown, IsEmpty());
+    m_time.advance(2min);
+    EXPECT_THAT(shown, ElementsAre("o......"));
+    m_time.advance(24h);
+    EXPECT_THAT(shown, ElementsAre("o......", ".o....."));
+    m_time.setCivilTime(sunday); // by the user, or while the machine was suspended
+    m_time.advance(1min);
+    EXPECT_THAT(shown, ElementsAre("o......", ".o.....", "......o"));
 }
 
 TEST_F(Streaks, milestonesAreReachedByTheCurrentCountAlone)

@@ -10,6 +10,8 @@
 namespace stillgate
 {
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
@@ -62,12 +64,14 @@ QString spokenMilestone(const Milestone& milestone)
 } // namespace
 
 StreakViewModel::StreakViewModel(
-    SessionData& session, const Clock& clock, const Host& host, std::filesystem::path bundle)
+    SessionData& session, const Clock& clock, Scheduler& scheduler, const Host& host, std::filesystem::path bundle)
     : m_session(session)
     , m_clock(clock)
     , m_host(host)
     , m_bundle(std::move(bundle))
     , m_notifier(session.streak.addNotifier([this] { Q_EMIT changed(); }))
+    , m_shownDay(today())
+    , m_timer(scheduler.repeating(1min, [this] { noticeNewDay(); }))
 {}
 
 QString StreakViewModel::dayCount() const
@@ -78,13 +82,13 @@ QString StreakViewModel::dayCount() const
 QList<StreakDay> StreakViewModel::week() const
 {
     const auto streak = m_session.streak.value().currentStreakDays;
-    const int today = static_cast<int>(m_host.weekday(m_clock.now()).iso_encoding());
+    const int isoToday = static_cast<int>(today().iso_encoding());
     QList<StreakDay> week;
     int isoDay = 0;
     for (const auto* letter : dayLetters) {
         ++isoDay;
         StreakDay day{
-            .letter = letter, .isToday = isoDay == today, .isDone = isoDay < today && today - isoDay < streak};
+            .letter = letter, .isToday = isoDay == isoToday, .isDone = isoDay < isoToday && isoToday - isoDay < streak};
         day.spoken = spokenDay(isoDay, day);
         week.push_back(std::move(day));
     }
@@ -119,6 +123,16 @@ QList<Milestone> StreakViewModel::milestones() const
         milestones.push_back(std::move(milestone));
     }
     return milestones;
+}
+
+/// A window may stay open over midnight. One wait until then would end late after a suspension, in which timers stand
+/// still, or after a change of the clock.
+void StreakViewModel::noticeNewDay()
+{
+    if (today() == m_shownDay)
+        return;
+    m_shownDay = today();
+    Q_EMIT changed();
 }
 
 } // namespace stillgate

@@ -3,6 +3,7 @@
 #include "App/SessionData.h"
 #include "Platform/Clock.h"
 #include "Platform/Host.h"
+#include "Platform/Scheduler.h"
 #include "Views/Common/Figure.h"
 
 #include <QColor>
@@ -72,7 +73,8 @@ class StreakViewModel : public QObject
 
 public:
     /// `bundle`: where the illustrations are.
-    StreakViewModel(SessionData& session, const Clock& clock, const Host& host, std::filesystem::path bundle);
+    StreakViewModel(
+        SessionData& session, const Clock& clock, Scheduler& scheduler, const Host& host, std::filesystem::path bundle);
 
     [[nodiscard]] QString dayCount() const;
     /// From Monday to Sunday, whatever the user's country begins with.
@@ -84,11 +86,17 @@ Q_SIGNALS:
     void changed();
 
 private:
+    [[nodiscard]] std::chrono::weekday today() const { return m_host.weekday(m_clock.now()); }
+
+    void noticeNewDay();
+
     SessionData& m_session;
     const Clock& m_clock;
     const Host& m_host;
     std::filesystem::path m_bundle;
     QPropertyNotifier m_notifier;
+    std::chrono::weekday m_shownDay;
+    std::unique_ptr<Timer> m_timer;
 };
 
 } // namespace stillgate

@@ -23,7 +23,8 @@ TabScreen makeSettingsTab(int tag, const WindowServices& services)
             std::make_unique<DashboardViewModel>(services.state, services.monitor, services.notifications)};
     case 1:
         return {addressOfScreen("Streak", "StreakTab"),
-            std::make_unique<StreakViewModel>(services.state, services.clock, services.host, services.bundle.path())};
+            std::make_unique<StreakViewModel>(
+                services.state, services.clock, services.scheduler, services.host, services.bundle.path())};
     case 2:
         return {
             addressOfScreen("ScreenTime", "ScreenTimeTab"), std::make_unique<ScreenTimeViewModel>(services.backend)};
