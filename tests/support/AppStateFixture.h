@@ -11,9 +11,8 @@
 #include "Platform/Memory/MemoryUserDefaults.h"
 #include "tests/support/Await.h"
 #include "tests/support/FakeBackend.h"
+#include "tests/support/Matchers.h"
 #include "tests/support/Samples.h"
-
-#include <gmock/gmock.h>
 
 namespace stillgate::test
 {

@@ -1,10 +1,9 @@
 #include "Models/JSONCoding.h"
 
-#include "Models/ScreenTime.h"
+#include "Models/Groups.h"
 #include "Models/Session.h"
 #include "Models/Sharing.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Matchers.h"
 
 namespace stillgate
 {
@@ -47,11 +46,17 @@ TEST(JSONCoding, failureNamesRecordAndKeyPath)
             R"(CreateGuardianRuleBody.customApps["mac os"][1].name: required, but missing)"},
         {failureOf<LinkCodeResponse>(R"({"connection":[]})"),
             "LinkCodeResponse.connection: expected an object, found array"},
+        {failureOf<CreateGuardianRuleBody>(R"({"enabled":true,"customDomains":[],"customApps":[]})"),
+            "CreateGuardianRuleBody.customApps: expected an object, found array"},
         {failureOf<std::vector<BlockRule>>("{}"), "BlockRule: expected a list, found object"},
         {failureOf<SGUser>(R"({"id":"u","email":"e","emailVerified":"yes"})"),
             "SGUser.emailVerified: expected true or false, found string"},
         {failureOf<GuardianActivityEvent>(R"({"id":"7"})"),
             "GuardianActivityEvent.id: expected a whole number, found string"},
+        {failureOf<LeaderboardEntry>(R"({"rank":1,"userId":"u","focusHours":"2"})"),
+            "LeaderboardEntry.focusHours: expected a number, found string"},
+        {failureOf<BlockRule>(R"({"id":"r","category":[],"customApps":{}})"),
+            "BlockRule.category: expected text, found array"},
         {failureOf<SharingCode>(R"({"code":"c","userId":"u","isActive":true,"createdAt":"yesterday"})"),
             "SharingCode.createdAt: Cannot parse date: yesterday"},
         {failureOf<SharingCode>(R"({"code":"c","userId":"u","isActive":true,"createdAt":7})"),
