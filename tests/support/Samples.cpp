@@ -71,4 +71,25 @@ BlockSchedule schedule(std::string name, bool enabled)
     return {.id = name, .name = name, .scheduleType = "always", .timezone = "Europe/Istanbul", .enabled = enabled};
 }
 
+EffectiveRulesResponse guarded(std::string domain)
+{
+    return {.rules = {{.id = "g",
+                .userId = "u1",
+                .category = "gaming",
+                .enabled = true,
+                .customDomains = {{std::move(domain)}},
+                ._source = "guardian"}}};
+}
+
+DeviceCodeResponse deviceCode(std::string name)
+{
+    return {
+        .deviceCode = name,
+        .userCode = "AB-" + name,
+        .verificationUrl = "https://stillgate.example/link",
+        .expiresIn = 60,
+        .interval = 5,
+    };
+}
+
 } // namespace stillgate::test

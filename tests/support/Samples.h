@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Account.h"
+#include "Models/Session.h"
 #include "Models/Sharing.h"
 
 namespace stillgate::test
@@ -20,5 +21,11 @@ SharingConnection controlledConnection(std::optional<std::string> flexibilityMod
 SGDevice device(std::string id, std::string platform);
 SGTask task(std::string id, std::string title);
 BlockSchedule schedule(std::string name, bool enabled);
+
+/// A guardian's rule about this site, in force.
+EffectiveRulesResponse guarded(std::string domain);
+
+/// A code that is good for a minute, to be asked about every five seconds.
+DeviceCodeResponse deviceCode(std::string name);
 
 } // namespace stillgate::test

@@ -9,8 +9,6 @@ namespace stillgate
 
 using namespace test;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class DeviceSignIn : public AppStateFixture
 {
@@ -20,21 +18,11 @@ protected:
         m_backend.hasStoredTokens = false;
         m_backend.answerFirstLoad();
         m_backend.me = ada;
-        m_backend.deviceCode = code("one");
+        m_backend.deviceCode = deviceCode("one");
         m_backend.poll = DeviceCodePollResponse{.status = "pending"};
     }
 
     void TearDown() override { m_time.advance(2s); } // the browser opens, or has been
-
-    static DeviceCodeResponse code(const std::string& name)
-    {
-        return {.deviceCode = name,
-            .userCode = "AB-" + name,
-            .verificationUrl = "https://stillgate.example/link",
-            .verificationUrlComplete = std::nullopt,
-            .expiresIn = 60,
-            .interval = 5};
-    }
 
     static DeviceCodePollResponse approval()
     {
@@ -92,7 +80,7 @@ TEST_F(DeviceSignIn, pollsAtOnceAndOpensTheBrowserTwoSecondsLater)
     EXPECT_THAT(m_log.lines, ElementsAre("[Stillgate] Signed in")) << "and no token";
     m_time.advance(60s);
     EXPECT_EQ(count("pollDeviceCode one"), 2);
-    EXPECT_THAT(m_opened, testing::SizeIs(1));
+    EXPECT_THAT(m_opened, SizeIs(1));
 }
 
 TEST_F(DeviceSignIn, keepsToAnIntervalThatATimerCanTake)
@@ -105,7 +93,7 @@ TEST_F(DeviceSignIn, keepsToAnIntervalThatATimerCanTake)
 
     for (const auto& [interval, polls] : cases) {
         m_backend.calls.clear();
-        auto answer = code("one");
+        auto answer = deviceCode("one");
         answer.interval = interval;
         answer.expiresIn = std::numeric_limits<std::int64_t>::max();
         m_backend.deviceCode = answer;
@@ -148,7 +136,7 @@ TEST_F(DeviceSignIn, codeThatCannotBeHadIsAskedForAgain)
     m_time.advance(60s);
     EXPECT_THAT(m_backend.calls, ElementsAre("requestDeviceCode"));
 
-    m_backend.deviceCode = code("two");
+    m_backend.deviceCode = deviceCode("two");
     authorization().loadDeviceCode();
     expectWaiting();
     EXPECT_EQ(count("pollDeviceCode two"), 1);
@@ -202,7 +190,7 @@ TEST_F(DeviceSignIn, codeRunsOutByTheClockOfThisMachine)
     m_time.advance(60s);
     EXPECT_EQ(count("pollDeviceCode one"), 12);
 
-    m_backend.deviceCode = code("two");
+    m_backend.deviceCode = deviceCode("two");
     appear();
     expectWaiting();
     EXPECT_EQ(count("pollDeviceCode two"), 1);
@@ -220,7 +208,7 @@ TEST_F(DeviceSignIn, screenThatComesBackGoesOnWithItsCode)
     m_time.advance(5s);
     EXPECT_EQ(count("pollDeviceCode one"), 3);
     EXPECT_EQ(count("requestDeviceCode"), 1);
-    EXPECT_THAT(m_opened, testing::SizeIs(1));
+    EXPECT_THAT(m_opened, SizeIs(1));
 
     m_backend.poll = FakeBackend::unreachable();
     m_time.advance(5s);
@@ -245,10 +233,10 @@ TEST_F(DeviceSignIn, answerForACodeGivenUpHarmsNoNewerOne)
     const Answer answers[] = {FakeBackend::unreachable(), failure(APIError::server(404, "")),
         DeviceCodePollResponse{.status = "denied"}, DeviceCodePollResponse{.status = "approved"}};
     for (const auto& answer : answers) {
-        m_backend.deviceCode = code("one");
+        m_backend.deviceCode = deviceCode("one");
         m_backend.hold("pollDeviceCode one");
         authorization().loadDeviceCode();
-        m_backend.deviceCode = code("two");
+        m_backend.deviceCode = deviceCode("two");
         m_backend.poll = DeviceCodePollResponse{.status = "pending"};
         authorization().loadDeviceCode();
         m_backend.calls.clear();
@@ -267,7 +255,7 @@ TEST_F(DeviceSignIn, approvalOfAnOlderCodeGivesUpTheNewerOne)
     appear();
     m_time.advance(2s);
     m_opened.clear();
-    m_backend.deviceCode = code("two");
+    m_backend.deviceCode = deviceCode("two");
     m_backend.hold("requestDeviceCode");
     authorization().loadDeviceCode();
     m_backend.poll = approval();
@@ -289,7 +277,7 @@ TEST_F(DeviceSignIn, signOutStartsAfresh)
     expectSignedIn();
     state().logout();
     m_backend.poll = DeviceCodePollResponse{.status = "pending"};
-    m_backend.deviceCode = code("two");
+    m_backend.deviceCode = deviceCode("two");
     appear();
     EXPECT_EQ(count("requestDeviceCode"), 2);
     EXPECT_EQ(count("pollDeviceCode two"), 1);
@@ -331,7 +319,7 @@ TEST_F(DeviceSignIn, approvalPageNamesTheCode)
     };
 
     for (const auto& [url, complete, page] : cases) {
-        auto answer = code("one");
+        auto answer = deviceCode("one");
         answer.userCode = "A+B &=";
         answer.verificationUrl = url;
         answer.verificationUrlComplete = complete;
@@ -345,15 +333,15 @@ TEST_F(DeviceSignIn, userOpensTheBrowserAgain)
     appear();
     m_time.advance(2s);
     authorization().openBrowser();
-    EXPECT_THAT(m_opened, testing::SizeIs(2));
+    EXPECT_THAT(m_opened, SizeIs(2));
 
-    auto broken = code("two");
+    auto broken = deviceCode("two");
     broken.verificationUrl = "";
     m_backend.deviceCode = broken;
     authorization().loadDeviceCode();
     authorization().openBrowser();
     EXPECT_EQ(authorization().deviceAuthErrorMessage.value(), "errors.generic");
-    EXPECT_THAT(m_opened, testing::SizeIs(2));
+    EXPECT_THAT(m_opened, SizeIs(2));
 }
 
 } // namespace stillgate
