@@ -1,7 +1,7 @@
 #include "Views/Account/AboutViewModel.h"
 
-#include "Localization/L.h"
 #include "Platform/WebAddress.h"
+#include "Views/Common/TextOf.h"
 
 namespace stillgate
 {
@@ -21,7 +21,7 @@ AboutViewModel::AboutViewModel(const Bundle& bundle, Workspace& workspace)
 
 QString AboutViewModel::versionText()
 {
-    return QString::fromStdString(L.localized("common.version") + " " + shownVersion);
+    return textOf("common.version") + ' ' + shownVersion;
 }
 
 QString AboutViewModel::webSite() const

@@ -1,7 +1,7 @@
 #include "Views/Account/AccountViewModel.h"
 
-#include "Localization/L.h"
 #include "Models/JSONCoding.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Common/WhenDone.h"
 
 namespace stillgate
@@ -9,11 +9,6 @@ namespace stillgate
 
 namespace
 {
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 /// Into the clipboard, unless the session ends before: the next one to sit here isn't to find what was somebody else's.
 Task<Result<void>> copyData(Backend* backend, Pasteboard* pasteboard, CancellationToken session)

@@ -1,6 +1,6 @@
 #include "Views/AppPicker/AppPickerModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <QUrl>
 
@@ -39,7 +39,7 @@ QString AppPickerModel::selectionText() const
 {
     if (m_selectedApps.empty())
         return {};
-    return QString::number(m_selectedApps.size()) + ' ' + QString::fromStdString(L.localized("common.selected"));
+    return QString::number(m_selectedApps.size()) + ' ' + textOf("common.selected");
 }
 
 std::string AppPickerModel::nameOf(const std::string& bundleId) const

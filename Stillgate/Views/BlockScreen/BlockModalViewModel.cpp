@@ -1,8 +1,8 @@
 #include "Views/BlockScreen/BlockModalViewModel.h"
 
-#include "Localization/L.h"
 #include "Views/BlockScreen/BlockIllustrations.h"
 #include "Views/Common/Illustrations.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -32,49 +32,49 @@ constexpr CategoryText categoryTexts[] = {
     {"news", "blockScreenMotivation.news"},
 };
 
-std::string variantTitle(const BlockModal& modal)
+QString variantTitle(const BlockModal& modal)
 {
     switch (modal.variant) {
     case MacBlockVariant::app:
-        return L.localized("blockScreen.appBlocked", {{"appName", modal.appName}});
+        return textOf("blockScreen.appBlocked", {{"appName", modal.appName}});
     case MacBlockVariant::website:
-        return L.localized("blockScreen.siteBlocked");
+        return textOf("blockScreen.siteBlocked");
     case MacBlockVariant::sleep:
-        return L.localized("blockScreen.sleepTime");
+        return textOf("blockScreen.sleepTime");
     case MacBlockVariant::family:
-        return L.localized("blockScreen.familyTime");
+        return textOf("blockScreen.familyTime");
     case MacBlockVariant::budget:
-        return L.localized("blockScreenMotivation.budget");
+        return textOf("blockScreenMotivation.budget");
     }
     return {};
 }
 
-std::string variantSubtitle(const BlockModal& modal)
+QString variantSubtitle(const BlockModal& modal)
 {
     switch (modal.variant) {
     case MacBlockVariant::app:
-        return L.localized("blockScreenMotivation.genericApp");
+        return textOf("blockScreenMotivation.genericApp");
     case MacBlockVariant::website: {
-        auto text = L.localized("blockScreenMotivation.genericSite");
-        return modal.domain ? L.localized("blockScreen.siteBlocked") + "\n" + text : text;
+        const auto text = textOf("blockScreenMotivation.genericSite");
+        return modal.domain ? textOf("blockScreen.siteBlocked") + "\n" + text : text;
     }
     case MacBlockVariant::sleep:
-        return L.localized("blockScreenMotivation.sleep");
+        return textOf("blockScreenMotivation.sleep");
     case MacBlockVariant::family:
-        return L.localized("blockScreenMotivation.family");
+        return textOf("blockScreenMotivation.family");
     case MacBlockVariant::budget:
-        return L.localized("blockScreenMotivation.budget");
+        return textOf("blockScreenMotivation.budget");
     }
     return {};
 }
 
-std::string subtitleOf(const BlockModal& modal)
+QString subtitleOf(const BlockModal& modal)
 {
     if (modal.guardianMessage && !modal.guardianMessage->empty())
-        return *modal.guardianMessage;
+        return QString::fromStdString(*modal.guardianMessage);
     for (const auto& [category, key] : categoryTexts) {
         if (modal.category == category)
-            return L.localized(key);
+            return textOf(key);
     }
     return variantSubtitle(modal);
 }
@@ -107,12 +107,12 @@ QString BlockModalViewModel::symbol() const
 
 QString BlockModalViewModel::title() const
 {
-    return QString::fromStdString(variantTitle(m_modal));
+    return variantTitle(m_modal);
 }
 
 QString BlockModalViewModel::subtitle() const
 {
-    return QString::fromStdString(subtitleOf(m_modal));
+    return subtitleOf(m_modal);
 }
 
 QString BlockModalViewModel::sessionName() const
@@ -132,7 +132,7 @@ double BlockModalViewModel::budgetShare() const
 
 QString BlockModalViewModel::budgetText() const
 {
-    const auto used = QString::fromStdString(L.localized("controller.used"));
+    const auto used = textOf("controller.used");
     return QString{"%1m / %2m %3"}.arg(budgetUsed).arg(budgetTotal).arg(used);
 }
 
@@ -140,11 +140,11 @@ QString BlockModalViewModel::primaryTitle() const
 {
     switch (m_modal.variant) {
     case MacBlockVariant::website:
-        return QString::fromStdString(L.localized("blockScreen.goBack"));
+        return textOf("blockScreen.goBack");
     case MacBlockVariant::family:
-        return QString::fromStdString(L.localized("blockScreenMotivation.gotIt"));
+        return textOf("blockScreenMotivation.gotIt");
     default:
-        return QString::fromStdString(L.localized("blockScreenMotivation.okUnderstand"));
+        return textOf("blockScreenMotivation.okUnderstand");
     }
 }
 
@@ -155,8 +155,7 @@ bool BlockModalViewModel::canContinue() const
 
 QString BlockModalViewModel::notice() const
 {
-    return QString::fromStdString(isNoticeOfGuardian() ? L.localized("blockScreenMotivation.guardianNotified")
-                                                       : L.localized("blockScreen.streakWillBreak"));
+    return textOf(isNoticeOfGuardian() ? "blockScreenMotivation.guardianNotified" : "blockScreen.streakWillBreak");
 }
 
 void BlockModalViewModel::openTasks()

@@ -1,7 +1,7 @@
 #include "Views/Dashboard/DashboardViewModel.h"
 
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 #include <ranges>
@@ -16,11 +16,6 @@ constexpr int tasksTab = 6;
 constexpr std::size_t mostTasks = 3;
 constexpr std::size_t mostSchedules = 3;
 constexpr std::size_t mostRules = 5;
-
-QString text(const std::string& key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 /// The first rows of those that are wanted.
 template <class Row, class Records, class IsWanted, class RowOf>
@@ -51,8 +46,8 @@ DashboardTaskRow dashboardTaskRow(const SGTask& task)
         .symbol = "circle.dashed",
         .color = tokens().sgAccent,
         .title = QString::fromStdString(task.title),
-        .reward = QString{"+%1m %2"}.arg(task.rewardMinutes).arg(text("common.reward")),
-        .status = text(isPending(task) ? "common.inProgress" : "tasks." + task.status),
+        .reward = QString{"+%1m %2"}.arg(task.rewardMinutes).arg(textOf("common.reward")),
+        .status = textOf(isPending(task) ? "common.inProgress" : "tasks." + task.status),
         .statusColor = isPending(task) ? tokens().sgWarning : tokens().sgSuccess,
     };
     if (isApproved(task)) {
@@ -81,12 +76,12 @@ DashboardViewModel::DashboardViewModel(AppState& state, AppMonitor& monitor, Not
 
 QString DashboardViewModel::statusName() const
 {
-    return text("desktop.protection.title") + ": " + text(isBlockingActive() ? "common.active" : "common.inactive");
+    return textOf("desktop.protection.title") + ": " + textOf(isBlockingActive() ? "common.active" : "common.inactive");
 }
 
 QString DashboardViewModel::statusText() const
 {
-    return text(isBlockingActive() ? "dashboard.protectionsActive" : "desktop.protection.title");
+    return textOf(isBlockingActive() ? "dashboard.protectionsActive" : "desktop.protection.title");
 }
 
 QList<Figure> DashboardViewModel::figures() const
@@ -95,10 +90,11 @@ QList<Figure> DashboardViewModel::figures() const
     const auto activeDevices = std::ranges::count(m_state.devices.value(), true, &SGDevice::isActive);
     const auto streakDays = QString::number(m_state.streak.value().currentStreakDays);
     return {
-        {text("streak.title"), streakDays + ' ' + text("time.days"), "flame.fill", tokens().sgStreakFire},
-        {text("blocks.blocking"), QString::number(m_monitor.blockedAppAttempts), "hand.raised.fill", tokens().sgAccent},
-        {text("desktop.protection.title"), QString::number(enabledRules), "lock.fill", tokens().white},
-        {text("devices.title"), QString::number(activeDevices), "laptopcomputer", tokens().sgSuccess},
+        {textOf("streak.title"), streakDays + ' ' + textOf("time.days"), "flame.fill", tokens().sgStreakFire},
+        {textOf("blocks.blocking"), QString::number(m_monitor.blockedAppAttempts), "hand.raised.fill",
+            tokens().sgAccent},
+        {textOf("desktop.protection.title"), QString::number(enabledRules), "lock.fill", tokens().white},
+        {textOf("devices.title"), QString::number(activeDevices), "laptopcomputer", tokens().sgSuccess},
     };
 }
 
@@ -114,12 +110,12 @@ QString DashboardViewModel::budgetText() const
 
 QString DashboardViewModel::earnedText() const
 {
-    return QString{"+%1m %2"}.arg(budget().earnedMinutesToday).arg(text("controller.earned"));
+    return QString{"+%1m %2"}.arg(budget().earnedMinutesToday).arg(textOf("controller.earned"));
 }
 
 QString DashboardViewModel::usedText() const
 {
-    return QString{"%1m %2 / %3m"}.arg(budget().usedMinutesToday).arg(text("controller.used")).arg(minutesOfDay());
+    return QString{"%1m %2 / %3m"}.arg(budget().usedMinutesToday).arg(textOf("controller.used")).arg(minutesOfDay());
 }
 
 double DashboardViewModel::budgetFraction() const
@@ -130,7 +126,7 @@ double DashboardViewModel::budgetFraction() const
 QString DashboardViewModel::completedTasksText() const
 {
     const auto count = std::ranges::count_if(m_state.tasks.value(), isApproved);
-    return count > 0 ? QString::number(count) + ' ' + text("common.completed") : QString{};
+    return count > 0 ? QString::number(count) + ' ' + textOf("common.completed") : QString{};
 }
 
 void DashboardViewModel::viewAllTasks()

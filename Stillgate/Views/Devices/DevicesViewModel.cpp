@@ -1,6 +1,6 @@
 #include "Views/Devices/DevicesViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -38,7 +38,7 @@ DeviceRow deviceRow(const SGDevice& device)
         .platform = QString::fromStdString(device.platform),
         .isOwnPlatform = device.platform == ownPlatform,
         .isActive = device.isActive,
-        .stateText = QString::fromStdString(L.localized(device.isActive ? "devices.active" : "devices.inactive")),
+        .stateText = textOf(device.isActive ? "devices.active" : "devices.inactive"),
     };
 }
 

@@ -1,8 +1,8 @@
 #include "Views/Group/GroupViewModel.h"
 
-#include "Localization/L.h"
 #include "Views/Common/FirstCharacter.h"
 #include "Views/Common/Minutes.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Common/WhenDone.h"
 
 #include <QLocale>
@@ -27,8 +27,8 @@ GroupMember groupMember(const GroupDashboardEntry& entry)
     const auto name = QString::fromStdString(entry.displayName.value_or(""));
     return {
         .initial = initialOf(name),
-        .name = name.isEmpty() ? QString::fromStdString(L.localized("errors.notFound")) : name,
-        .role = QString::fromStdString(L.localized("groups.roles." + entry.role)),
+        .name = name.isEmpty() ? textOf("errors.notFound") : name,
+        .role = textOf("groups.roles." + entry.role),
         .streak = QString{"%1d"}.arg(entry.streak),
         .activeRules = QString::number(entry.activeRules),
         .screenTime = formatMinutes(entry.screenTimeToday),
@@ -44,7 +44,7 @@ GroupViewModel::GroupViewModel(Backend& backend)
 
 QString GroupViewModel::countText() const
 {
-    return QString::fromStdString(L.localized("leaderboard.friends", {{"count", std::to_string(m_memberCount)}}));
+    return textOf("leaderboard.friends", {{"count", std::to_string(m_memberCount)}});
 }
 
 void GroupViewModel::show(const std::vector<GroupDashboardEntry>& members)

@@ -1,8 +1,8 @@
 #include "Views/Popover/PopoverViewModel.h"
 
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
 #include "Views/Common/Minutes.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -23,11 +23,6 @@ constexpr auto quickBlockKey = "Ctrl+B";
 constexpr auto refreshKey = "Ctrl+R";
 constexpr auto quitKey = "Ctrl+Q";
 
-QString text(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
 QColor colorOfRemaining(std::int64_t minutes)
 {
     if (minutes > littleTime)
@@ -38,13 +33,13 @@ QColor colorOfRemaining(std::int64_t minutes)
 QList<Figure> budgetStatuses(const ScreenTimeBudget& budget)
 {
     const auto remaining = budget.dailyLimitMinutes + budget.earnedMinutesToday - budget.usedMinutesToday;
-    QList<Figure> rows{{text("controller.remaining"), hoursAndMinutes(std::max<std::int64_t>(remaining, 0)),
+    QList<Figure> rows{{textOf("controller.remaining"), hoursAndMinutes(std::max<std::int64_t>(remaining, 0)),
         "hourglass", colorOfRemaining(remaining)}};
     if (budget.earnedMinutesToday > 0)
-        rows.push_back({text("controller.earned"), QString{"+%1m"}.arg(budget.earnedMinutesToday), "gift.fill",
+        rows.push_back({textOf("controller.earned"), QString{"+%1m"}.arg(budget.earnedMinutesToday), "gift.fill",
             tokens().sgSuccess});
     if (budget.pendingTaskCount > 0)
-        rows.push_back({text("desktop.menuBar.pendingTasks"), QString::number(budget.pendingTaskCount), "checklist",
+        rows.push_back({textOf("desktop.menuBar.pendingTasks"), QString::number(budget.pendingTaskCount), "checklist",
             tokens().sgWarning});
     return rows;
 }
@@ -66,7 +61,7 @@ PopoverViewModel::PopoverViewModel(const PopoverServices& services)
 
 QString PopoverViewModel::statusText() const
 {
-    return text(isProtected() ? "common.active" : "common.inactive");
+    return textOf(isProtected() ? "common.active" : "common.inactive");
 }
 
 QList<Figure> PopoverViewModel::statuses() const
@@ -74,11 +69,11 @@ QList<Figure> PopoverViewModel::statuses() const
     const auto& session = m_services.session;
     const auto enabledRules = std::ranges::count(session.blockRules.value(), true, &BlockRule::enabled);
     QList<Figure> rows{
-        {text("desktop.protection.title"), statusText(), "shield.fill",
+        {textOf("desktop.protection.title"), statusText(), "shield.fill",
             isProtected() ? tokens().sgSuccess : tokens().sgDanger},
-        {text("desktop.menuBar.sitesShielded"), QString::number(m_services.monitor.blockedAppAttempts),
+        {textOf("desktop.menuBar.sitesShielded"), QString::number(m_services.monitor.blockedAppAttempts),
             "hand.raised.fill", tokens().sgAccent},
-        {text("desktop.menuBar.activeRules"), QString::number(enabledRules), "lock.fill", tokens().sgAccent},
+        {textOf("desktop.menuBar.activeRules"), QString::number(enabledRules), "lock.fill", tokens().sgAccent},
     };
     if (const auto& budget = session.budget.value())
         rows += budgetStatuses(*budget);
@@ -99,15 +94,15 @@ double PopoverViewModel::budgetFraction() const
 
 QList<PopoverAction> PopoverViewModel::actions() const
 {
-    const PopoverAction quit{"power", text("desktop.menuBar.quitApp"), quitKey, true};
+    const PopoverAction quit{"power", textOf("desktop.menuBar.quitApp"), quitKey, true};
     if (!isAuthenticated())
         return {quit};
     return {
-        {"bolt.fill", text("desktop.quickBlock.title"), quickBlockKey},
-        {"macwindow", text("desktop.menuBar.openDashboard"), "Ctrl+D"},
-        {"checkmark.circle", text("desktop.menuBar.openTasks"), "Ctrl+T"},
-        {"link", text("connections.title"), "Ctrl+L"},
-        {"arrow.clockwise", text("controller.refresh"), refreshKey},
+        {"bolt.fill", textOf("desktop.quickBlock.title"), quickBlockKey},
+        {"macwindow", textOf("desktop.menuBar.openDashboard"), "Ctrl+D"},
+        {"checkmark.circle", textOf("desktop.menuBar.openTasks"), "Ctrl+T"},
+        {"link", textOf("connections.title"), "Ctrl+L"},
+        {"arrow.clockwise", textOf("controller.refresh"), refreshKey},
         quit,
     };
 }

@@ -1,6 +1,6 @@
 #include "Views/Protection/CreateRuleViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Protection/EnteredDomains.h"
 
 #include <QUuid>
@@ -61,14 +61,9 @@ constexpr struct
     {"desktop.createRule.step3Title", "desktop.createRule.step3Desc"},
 };
 
-QString text(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
 QString counted(qsizetype count, const char* key)
 {
-    return QString::number(count) + ' ' + text(key);
+    return QString::number(count) + ' ' + textOf(key);
 }
 
 } // namespace
@@ -85,12 +80,12 @@ CreateRuleViewModel::CreateRuleViewModel(
 
 QString CreateRuleViewModel::title() const
 {
-    return text(stepTable[m_step - 1].title);
+    return textOf(stepTable[m_step - 1].title);
 }
 
 QString CreateRuleViewModel::subtitle() const
 {
-    return text(stepTable[m_step - 1].subtitle);
+    return textOf(stepTable[m_step - 1].subtitle);
 }
 
 bool CreateRuleViewModel::canGoOn() const
@@ -104,7 +99,7 @@ QList<Choice> CreateRuleViewModel::categories()
 {
     QList<Choice> choices;
     for (const auto& category : categoryTable)
-        choices.push_back({.glyph = QString::fromUtf8(category.glyph), .title = text(category.name)});
+        choices.push_back({.glyph = QString::fromUtf8(category.glyph), .title = textOf(category.name)});
     return choices;
 }
 
@@ -123,7 +118,7 @@ QList<Choice> CreateRuleViewModel::blockModes()
 {
     QList<Choice> choices;
     for (const auto& mode : blockModeTable)
-        choices.push_back({.symbol = mode.symbol, .title = text(mode.name)});
+        choices.push_back({.symbol = mode.symbol, .title = textOf(mode.name)});
     return choices;
 }
 
@@ -138,7 +133,7 @@ QList<Choice> CreateRuleViewModel::policies()
     QList<Choice> choices;
     for (const auto& policy : policyTable)
         choices.push_back(
-            {.symbol = policy.symbol, .title = text(policy.title), .description = text(policy.description)});
+            {.symbol = policy.symbol, .title = textOf(policy.title), .description = textOf(policy.description)});
     return choices;
 }
 
@@ -173,9 +168,9 @@ QList<Choice> CreateRuleViewModel::summary() const
         ? counted(std::ssize(m_picker.selectedApps()), "desktop.quickBlock.apps")
         : counted(std::ssize(enteredDomains(m_customDomains)), "desktop.quickBlock.websites");
     return {
-        {.symbol = "tag", .title = text(categoryTable[m_category].name)},
+        {.symbol = "tag", .title = textOf(categoryTable[m_category].name)},
         {.symbol = blocksApps() ? "app" : "globe", .title = amount},
-        {.symbol = "lock", .title = text(policyTable[m_policy].title)},
+        {.symbol = "lock", .title = textOf(policyTable[m_policy].title)},
     };
 }
 

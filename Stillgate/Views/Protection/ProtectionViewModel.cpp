@@ -1,8 +1,6 @@
 #include "Views/Protection/ProtectionViewModel.h"
 
-#include "Localization/L.h"
-
-#include <QLocale>
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,16 +10,6 @@ namespace stillgate
 
 namespace
 {
-
-QString text(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
-QString lowerCaseText(const char* key)
-{
-    return QLocale().toLower(text(key));
-}
 
 /// The sheet is still on its way out, and shows what the view model says until then.
 template <class ViewModel>
@@ -49,16 +37,16 @@ ProtectionViewModel::ProtectionViewModel(const ProtectionServices& services)
 
 QString ProtectionViewModel::monitorName() const
 {
-    return text("desktop.protection.processMonitor") + ": " +
-        text(isMonitoring() ? "common.active" : "common.inactive");
+    return textOf("desktop.protection.processMonitor") + ": " +
+        textOf(isMonitoring() ? "common.active" : "common.inactive");
 }
 
 QString ProtectionViewModel::monitorText() const
 {
     return QString{"8 %1 · %2 %3"}
-        .arg(lowerCaseText("desktop.quickBlock.apps"))
+        .arg(lowerCaseTextOf("desktop.quickBlock.apps"))
         .arg(m_services.monitor.blockedAppAttempts.value())
-        .arg(lowerCaseText("desktop.menuBar.sitesShielded"));
+        .arg(lowerCaseTextOf("desktop.menuBar.sitesShielded"));
 }
 
 void ProtectionViewModel::openCreateRule()

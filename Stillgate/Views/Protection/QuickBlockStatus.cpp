@@ -1,8 +1,6 @@
 #include "Views/Protection/QuickBlockStatus.h"
 
-#include "Localization/L.h"
-
-#include <QLocale>
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -10,16 +8,6 @@ namespace stillgate
 {
 
 using namespace std::chrono_literals;
-
-namespace
-{
-
-QString text(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
-} // namespace
 
 QuickBlockStatus::QuickBlockStatus(
     AppMonitor& monitor, const Clock& clock, Scheduler& scheduler, std::function<void()> onChange)
@@ -58,13 +46,12 @@ qint64 QuickBlockStatus::minutesLeft() const
 
 QString QuickBlockStatus::text() const
 {
-    return textWith(stillgate::text("desktop.quickBlock.apps"), stillgate::text("controller.remaining"));
+    return textWith(textOf("desktop.quickBlock.apps"), textOf("controller.remaining"));
 }
 
 QString QuickBlockStatus::textInLowerCase() const
 {
-    const auto lower = [](const char* key) { return QLocale().toLower(stillgate::text(key)); };
-    return textWith(lower("desktop.quickBlock.apps"), lower("controller.remaining"));
+    return textWith(lowerCaseTextOf("desktop.quickBlock.apps"), lowerCaseTextOf("controller.remaining"));
 }
 
 QString QuickBlockStatus::textWith(const QString& apps, const QString& remaining) const

@@ -1,6 +1,6 @@
 #include "Views/Protection/QuickBlockViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Protection/EnteredDomains.h"
 
 #include <algorithm>
@@ -52,7 +52,7 @@ QStringList QuickBlockViewModel::durations()
 {
     QStringList labels;
     for (const auto& duration : durationTable)
-        labels << QString::fromStdString(L.localized(duration.label));
+        labels << textOf(duration.label);
     return labels;
 }
 

@@ -2,7 +2,7 @@
 
 #include "DesignSystem/Styles.h"
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -15,14 +15,9 @@ namespace
 constexpr qsizetype mostEntries = 8;
 constexpr auto customCategory = "custom";
 
-QString text(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
 QString counted(qsizetype count, const char* key)
 {
-    return QString::number(count) + ' ' + text(key);
+    return QString::number(count) + ' ' + textOf(key);
 }
 
 const std::vector<AppInfo>& appsOf(const BlockRule& rule)
@@ -51,7 +46,7 @@ QString subtitleOf(const BlockRule& rule)
         parts << counted(count, "desktop.quickBlock.apps");
     if (const auto count = std::ssize(rule.customDomains); count > 0)
         parts << counted(count, "desktop.quickBlock.websites");
-    return parts.isEmpty() ? text("onboarding.categories.custom") : parts.join(" · ");
+    return parts.isEmpty() ? textOf("onboarding.categories.custom") : parts.join(" · ");
 }
 
 QString policyNameOf(const std::string& policy)
@@ -68,7 +63,7 @@ QString policyNameOf(const std::string& policy)
     };
 
     const auto* row = std::ranges::find(names, policy, [](const auto& each) { return each.policy; });
-    return row != std::end(names) ? text(row->key) : QString::fromStdString(policy);
+    return row != std::end(names) ? textOf(row->key) : QString::fromStdString(policy);
 }
 
 /// `nameOf` gives the text of an entry.

@@ -1,6 +1,6 @@
 #include "Views/Schedules/CreateScheduleViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Common/WhenDone.h"
 
 #include <QLocale>
@@ -54,7 +54,7 @@ QList<QString> CreateScheduleViewModel::typeTitles()
 {
     QList<QString> titles;
     for (const auto& type : types)
-        titles << QString::fromStdString(L.localized(type.title));
+        titles << textOf(type.title);
     return titles;
 }
 
@@ -75,7 +75,7 @@ QList<QString> CreateScheduleViewModel::dayTitles()
 
 QString CreateScheduleViewModel::confirmTitle() const
 {
-    return QString::fromStdString(L.localized(m_isCreating ? "common.creating" : "schedule.create"));
+    return textOf(m_isCreating ? "common.creating" : "schedule.create");
 }
 
 QString CreateScheduleViewModel::confirmSymbol() const

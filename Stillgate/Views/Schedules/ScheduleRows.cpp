@@ -1,6 +1,6 @@
 #include "Views/Schedules/ScheduleRows.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <QStringList>
 
@@ -9,11 +9,6 @@ namespace stillgate
 
 namespace
 {
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 QString daysOf(const BlockSchedule& schedule)
 {

@@ -1,8 +1,8 @@
 #include "Views/ScreenTime/ScreenTimeViewModel.h"
 
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
 #include "Views/Common/Minutes.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Common/WhenDone.h"
 
 #include <algorithm>
@@ -42,11 +42,6 @@ constexpr struct
     {"news", "onboarding.categories.news"},
     {"adult", "onboarding.categories.adult"},
 };
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 /// In no language: the keys of categories are English.
 QString capitalized(QString key)

@@ -1,7 +1,7 @@
 #include "Views/Settings/SettingsViewModel.h"
 
-#include "Localization/L.h"
 #include "Views/Common/FirstCharacter.h"
+#include "Views/Common/TextOf.h"
 
 #include <QLocale>
 
@@ -67,7 +67,7 @@ QList<SidebarItem> SettingsViewModel::sidebarItems()
 {
     QList<SidebarItem> items;
     for (const auto& item : sidebar)
-        items.push_back({item.tag, item.icon, QString::fromStdString(L.localized(item.label))});
+        items.push_back({item.tag, item.icon, textOf(item.label)});
     return items;
 }
 

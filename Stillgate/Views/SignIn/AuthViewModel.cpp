@@ -1,6 +1,6 @@
 #include "Views/SignIn/AuthViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 namespace stillgate
 {
@@ -33,13 +33,13 @@ QString AuthViewModel::message() const
 {
     switch (phase()) {
     case Phase::Expired:
-        return QString::fromStdString(L.localized("desktop.linkDevice.expired"));
+        return textOf("desktop.linkDevice.expired");
     case Phase::Failed:
         return QString::fromStdString(*m_authorization.deviceAuthErrorMessage.value());
     case Phase::Waiting:
         break;
     }
-    return QString::fromStdString(L.localized("desktop.linkDevice.preparing"));
+    return textOf("desktop.linkDevice.preparing");
 }
 
 bool AuthViewModel::canOpenBrowser() const

@@ -1,8 +1,8 @@
 #include "Views/Streak/StreakViewModel.h"
 
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
 #include "Views/Common/Illustrations.h"
+#include "Views/Common/TextOf.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -39,11 +39,6 @@ constexpr struct
     {365, "ill-streak-champion", "crown.fill", "streak.milestone.champion", "streak.milestone.championDesc",
         &Tokens::orange},
 };
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 QString spokenDay(int isoDay, const StreakDay& day)
 {

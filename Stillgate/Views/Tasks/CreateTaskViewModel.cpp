@@ -1,6 +1,6 @@
 #include "Views/Tasks/CreateTaskViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <cmath>
 
@@ -37,7 +37,7 @@ QList<QString> CreateTaskViewModel::repeatTitles()
 {
     QList<QString> titles;
     for (const auto& repeat : repeats)
-        titles << QString::fromStdString(L.localized(repeat.title));
+        titles << textOf(repeat.title);
     return titles;
 }
 

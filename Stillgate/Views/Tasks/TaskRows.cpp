@@ -1,7 +1,7 @@
 #include "Views/Tasks/TaskRows.h"
 
 #include "DesignSystem/Tokens.h"
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 
 #include <algorithm>
 
@@ -23,11 +23,6 @@ constexpr struct
     {"approved", "checkmark.circle.fill", &Tokens::sgSuccess, "tasks.approved"},
     {"rejected", "xmark.circle", &Tokens::sgDanger, "tasks.rejected"},
 };
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
 
 /// A status that isn't known is told as the server says it.
 void mark(TaskRow& row, const std::string& status)
@@ -65,7 +60,7 @@ TaskRow taskRow(const SGTask& task, TaskSide side)
         row.earnedText = task.status == "approved" ? '+' + row.rewardText : QString{};
     }
     if (task.assignerName && side == TaskSide::assignee)
-        row.fromText = QString::fromStdString(L.localized("tasks.from", {{"name", *task.assignerName}}));
+        row.fromText = textOf("tasks.from", {{"name", *task.assignerName}});
     return row;
 }
 

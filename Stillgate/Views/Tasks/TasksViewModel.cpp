@@ -1,6 +1,6 @@
 #include "Views/Tasks/TasksViewModel.h"
 
-#include "Localization/L.h"
+#include "Views/Common/TextOf.h"
 #include "Views/Common/WhenDone.h"
 
 #include <QPointer>
@@ -47,11 +47,6 @@ SGTask* findTask(std::vector<SGTask>& tasks, const std::string& id)
 {
     const auto found = std::ranges::find(tasks, id, &SGTask::id);
     return found != tasks.end() ? &*found : nullptr;
-}
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
 }
 
 } // namespace
