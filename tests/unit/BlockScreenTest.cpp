@@ -1,62 +1,33 @@
 #include "App/BlockModalWindowController.h"
-#include "Localization/L.h"
 #include "Views/BlockScreen/BlockIllustrations.h"
 #include "Views/BlockScreen/BlockModalViewModel.h"
 #include "Views/Common/Illustrations.h"
 #include "tests/support/FakeBackend.h"
 #include "tests/support/FakeShell.h"
+#include "tests/support/Matchers.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TextsInUse.h"
-
-#include <gmock/gmock.h>
 
 namespace stillgate
 {
 
 using namespace test;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using enum MacBlockVariant;
-
-namespace
-{
-
-QString textOf(const char* key)
-{
-    return QString::fromStdString(L.localized(key));
-}
-
-} // namespace
 
 TEST(BlockScreen, subtitleIsTheGuardiansThenTheCategorysThenTheVariants)
 {
-    const struct
-    {
-        BlockModal modal;
-        QString title;
-        QString subtitle;
-    } cases[] = {
-        {{.category = "news", .guardianMessage = "Later."}, {}, "Later."},
-        {{.variant = budget, .category = "gaming", .guardianMessage = ""}, textOf("blockScreenMotivation.budget"),
-            textOf("blockScreenMotivation.gaming")},
-        {{.variant = website, .domain = "a.example", .category = "custom"}, textOf("blockScreen.siteBlocked"),
-            textOf("blockScreen.siteBlocked") + "\n" + textOf("blockScreenMotivation.genericSite")},
-        {{.variant = website}, textOf("blockScreen.siteBlocked"), textOf("blockScreenMotivation.genericSite")},
-        {{.variant = website, .domain = "a.example", .category = "social_media"}, textOf("blockScreen.siteBlocked"),
-            textOf("blockScreenMotivation.socialMedia")},
-        {{.variant = sleep}, textOf("blockScreen.sleepTime"), textOf("blockScreenMotivation.sleep")},
-        {{.variant = family}, textOf("blockScreen.familyTime"), textOf("blockScreenMotivation.family")},
+    const std::pair<BlockModal, QString> cases[] = {
+        {{.category = "news", .guardianMessage = "Later."}, "Later."},
+        {{.variant = budget, .category = "gaming", .guardianMessage = ""}, "blockScreenMotivation.gaming"},
+        {{.variant = website, .category = "custom"}, "blockScreenMotivation.genericSite"},
+        {{.variant = website, .domain = "a.example"}, "blockScreen.siteBlocked\nblockScreenMotivation.genericSite"},
+        {{.variant = website, .domain = "a.example", .category = "news"}, "blockScreenMotivation.news"},
     };
 
-    for (const auto& [modal, title, subtitle] : cases) {
-        const auto viewModel = std::make_unique<BlockModalViewModel>(modal, BlockModalActions{}, 12, "/nowhere");
-        EXPECT_EQ(viewModel->subtitle(), subtitle);
-        if (!title.isEmpty())
-            EXPECT_EQ(viewModel->title(), title);
-    }
+    for (const auto& [modal, subtitle] : cases)
+        EXPECT_EQ(BlockModalViewModel(modal, {}, 12, "/nowhere").subtitle(), subtitle);
     const TextsInUse texts{R"({"blockScreen": {"appBlocked": "{{appName}} is blocked"}})"};
-    const BlockModalViewModel chess{{.appName = "Chess"}, {}, 12, "/nowhere"};
-    EXPECT_EQ(chess.title(), "Chess is blocked");
+    EXPECT_EQ(BlockModalViewModel({.appName = "Chess"}, {}, 12, "/nowhere").title(), "Chess is blocked");
 }
 
 TEST(BlockScreen, pictureFollowsTheHour)
@@ -64,19 +35,15 @@ TEST(BlockScreen, pictureFollowsTheHour)
     const struct
     {
         int hour;
-        std::string app;
-        std::string news;
-        std::string budgetPicture;
-    } cases[] = {{5, "ill-sunset-bench", "ill-sunset-bench", "ill-studying"},
-        {6, "ill-nature", "ill-sunrise", "ill-stretching"}, {11, "ill-nature", "ill-sunrise", "ill-stretching"},
-        {12, "ill-cycling", "ill-reading", "ill-cleaning"}, {17, "ill-cycling", "ill-reading", "ill-cleaning"},
-        {18, "ill-sunset-bench", "ill-sunset-bench", "ill-studying"}};
+        std::string ofVariant;
+        std::string ofCategory;
+    } cases[] = {{5, "ill-studying", "ill-sunset-bench"}, {6, "ill-stretching", "ill-sunrise"},
+        {11, "ill-stretching", "ill-sunrise"}, {12, "ill-cleaning", "ill-reading"}, {17, "ill-cleaning", "ill-reading"},
+        {18, "ill-studying", "ill-sunset-bench"}};
 
-    for (const auto& [hour, appPicture, news, budgetPicture] : cases) {
-        EXPECT_EQ(illustrationName({.variant = app, .category = "custom"}, hour), appPicture) << hour;
-        EXPECT_EQ(illustrationName({.variant = website, .category = "news"}, hour), news) << hour;
-        EXPECT_EQ(illustrationName({.variant = budget}, hour), budgetPicture) << hour;
-        EXPECT_EQ(illustrationName({.variant = sleep}, hour), "ill-sleeping");
+    for (const auto& [hour, ofVariant, ofCategory] : cases) {
+        EXPECT_EQ(illustrationName({.variant = budget, .category = "custom"}, hour), ofVariant) << hour;
+        EXPECT_EQ(illustrationName({.variant = budget, .category = "news"}, hour), ofCategory) << hour;
     }
     EXPECT_EQ(illustrationName({.category = "news", .illustrationOverride = "ill-yoga"}, 6), "ill-yoga");
     EXPECT_EQ(illustrationName({.category = "news", .illustrationOverride = ""}, 6), "ill-sunrise");
@@ -110,12 +77,6 @@ protected:
         m_viewModel = std::make_unique<BlockModalViewModel>(modal, m_windows.blockModalActions, 12, "/nowhere");
     }
 
-    void goOn() const
-    {
-        m_viewModel->askToContinue();
-        m_viewModel->continueAnyway();
-    }
-
     FakeBackend m_backend;
     FakeWindowFactory m_windows;
     BlockModalWindowController m_controller{m_backend};
@@ -123,60 +84,44 @@ protected:
     int m_dismissed = 0;
 };
 
-TEST_F(BlockModalScreen, waysOnDependOnVariantAndStrictness)
+TEST_F(BlockModalScreen, usedUpDayLeadsToTheTasksAndNotOn)
 {
-    const struct
-    {
-        BlockModal modal;
-        bool canContinue;
-        bool canOpenTasks;
-        bool hasBudget;
-    } cases[] = {
-        {{.variant = app, .allowBypass = true}, true, false, false},
-        {{.variant = app, .allowBypass = false}, false, false, false},
-        {{.variant = website, .allowBypass = true}, true, false, false},
-        {{.variant = budget, .allowBypass = true}, false, true, true},
-    };
-
-    for (const auto& [modal, canContinue, canOpenTasks, hasBudget] : cases) {
-        show(modal);
-        EXPECT_EQ(m_viewModel->canContinue(), canContinue);
-        EXPECT_EQ(m_viewModel->canOpenTasks(), canOpenTasks);
-        EXPECT_EQ(m_viewModel->hasBudget(), hasBudget);
-        m_viewModel->askToContinue();
-        EXPECT_EQ(m_viewModel->showConfirm(), canContinue);
-    }
-    EXPECT_EQ(m_viewModel->budgetText().toStdString(), "0m / 1m controller.used");
+    show({.variant = budget, .allowBypass = true});
+    m_viewModel->askToContinue();
+    EXPECT_FALSE(m_viewModel->canContinue() || m_viewModel->showConfirm());
+    EXPECT_TRUE(m_viewModel->canOpenTasks());
     m_viewModel->openTasks();
     EXPECT_THAT(m_windows.settings, ElementsAre("shown"));
     EXPECT_EQ(m_dismissed, 1);
     EXPECT_THAT(m_windows.onScreen, IsEmpty());
 }
 
+TEST_F(BlockModalScreen, strictOneIsNotPassed)
+{
+    for (const auto variant : {app, website}) {
+        show({.variant = variant, .allowBypass = false});
+        m_viewModel->askToContinue();
+        EXPECT_FALSE(m_viewModel->canContinue() || m_viewModel->showConfirm() || m_viewModel->canOpenTasks());
+    }
+}
+
 TEST_F(BlockModalScreen, goingOnIsAskedTwiceAndTheGuardianIsTold)
 {
-    const struct
-    {
-        std::optional<std::string> message;
-        bool isTold;
-    } cases[] = {{std::nullopt, false}, {"", true}, {"Later.", true}};
-
-    for (const auto& [message, isTold] : cases) {
+    const auto bypass = "reportTampering bypass_attempt: blockScreen.continue — Chess";
+    for (const auto& message : {std::optional<std::string>{}, {""}, {"Later."}}) {
         m_backend.calls.clear();
         m_dismissed = 0;
         show({.appName = "Chess", .guardianMessage = message, .allowBypass = true});
-        EXPECT_EQ(m_viewModel->isNoticeOfGuardian(), isTold);
+        EXPECT_EQ(m_viewModel->isNoticeOfGuardian(), message.has_value());
         m_viewModel->continueAnyway();
         EXPECT_EQ(m_dismissed, 0) << "the question comes first";
         m_viewModel->askToContinue();
         m_viewModel->cancelConfirm();
         EXPECT_EQ(m_dismissed, 0);
-        goOn();
+        m_viewModel->askToContinue();
+        m_viewModel->continueAnyway();
         EXPECT_EQ(m_dismissed, 1);
-        if (isTold)
-            EXPECT_THAT(m_backend.calls, ElementsAre("reportTampering bypass_attempt: blockScreen.continue — Chess"));
-        else
-            EXPECT_THAT(m_backend.calls, IsEmpty());
+        EXPECT_EQ(std::ranges::count(m_backend.calls, bypass), message ? 1 : 0);
     }
 }
 
