@@ -28,7 +28,7 @@ T.AbstractButton {
 
     Keys.onReturnPressed: event => event.isAutoRepeat || root.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.clicked()
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     contentItem: RowLayout {
         spacing: Tokens.space8

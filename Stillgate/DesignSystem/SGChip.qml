@@ -35,8 +35,8 @@ T.RadioButton {
     Keys.onDownPressed: chosen(index + 1)
     Keys.onReturnPressed: chosen(index)
     Keys.onEnterPressed: chosen(index)
-    Accessible.onPressAction: clicked()
-    Accessible.onToggleAction: clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     background: Rectangle {
         radius: height / 2

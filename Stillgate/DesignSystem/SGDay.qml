@@ -31,8 +31,8 @@ T.CheckBox {
     Keys.onReturnPressed: event => event.isAutoRepeat || root.chosen()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.chosen()
     Accessible.name: title
-    Accessible.onPressAction: clicked()
-    Accessible.onToggleAction: clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     background: Surface {
         radius: width / 2

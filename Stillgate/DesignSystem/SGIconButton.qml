@@ -18,7 +18,7 @@ T.AbstractButton {
 
     Keys.onReturnPressed: event => event.isAutoRepeat || root.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.clicked()
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     background: Rectangle {
         radius: Tokens.radiusSmall

@@ -36,8 +36,8 @@ T.RadioButton {
     Keys.onDownPressed: chosen(index + 1)
     Keys.onReturnPressed: chosen(index)
     Keys.onEnterPressed: chosen(index)
-    Accessible.onPressAction: clicked()
-    Accessible.onToggleAction: clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     contentItem: SGText {
         style: Styles.BodySmall

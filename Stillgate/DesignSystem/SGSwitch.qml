@@ -15,6 +15,13 @@ T.Switch {
 
     signal switched(bool isOn)
 
+    function switchOver() {
+        if (!enabled)
+            return;
+        toggle();
+        toggled();
+    }
+
     text: title
     checked: isOn
     implicitHeight: Math.max(44, implicitContentHeight)
@@ -26,16 +33,10 @@ T.Switch {
         switched(checked);
         checked = Qt.binding(() => isOn);
     }
-    Keys.onReturnPressed: event => event.isAutoRepeat || root.toggle() || root.toggled()
-    Keys.onEnterPressed: event => event.isAutoRepeat || root.toggle() || root.toggled()
-    Accessible.onPressAction: {
-        root.toggle();
-        root.toggled();
-    }
-    Accessible.onToggleAction: {
-        root.toggle();
-        root.toggled();
-    }
+    Keys.onReturnPressed: event => event.isAutoRepeat || switchOver()
+    Keys.onEnterPressed: event => event.isAutoRepeat || switchOver()
+    Accessible.onPressAction: switchOver()
+    Accessible.onToggleAction: switchOver()
 
     contentItem: RowLayout {
         spacing: Tokens.space12

@@ -59,6 +59,14 @@ Item {
             title: "Save"
             onClicked: ++clicks
         }
+
+        SGSwitch {
+            id: toggle
+
+            title: "Sounds"
+            isOn: false
+            onSwitched: isSwitchedOn => isOn = isSwitchedOn
+        }
     }
 
     TestCase {
@@ -78,7 +86,7 @@ Item {
 
         // The first item that Tab reaches, seen from the last.
         function focusFirst() {
-            button.forceActiveFocus(Qt.TabFocusReason);
+            toggle.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Tab);
         }
 
@@ -191,6 +199,21 @@ Item {
             keyClick(Qt.Key_Return);
             keyClick(Qt.Key_Enter);
             compare(button.clicks, 3);
+        }
+
+        // As what lies behind a sheet is, which a screen reader finds all the same.
+        function test_screenReaderPressesNothingThatIsDisabled() {
+            keyClick(Qt.Key_Tab);
+            const day = focused();
+            for (const isEnabled of [false, true]) {
+                button.enabled = days.enabled = toggle.enabled = isEnabled;
+                button.Accessible.pressAction();
+                day.Accessible.toggleAction();
+                toggle.Accessible.toggleAction();
+                compare(button.clicks, isEnabled ? 1 : 0);
+                compare(days.toggledDays, isEnabled ? [0] : []);
+                compare(toggle.isOn, isEnabled);
+            }
         }
     }
 }
