@@ -34,8 +34,8 @@ T.CheckDelegate {
     Keys.onDownPressed: root.movedTo(index + 1)
     Keys.onReturnPressed: event => event.isAutoRepeat || root.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.clicked()
-    Accessible.onPressAction: root.clicked()
-    Accessible.onToggleAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     background: Rectangle {
         radius: Tokens.radiusSmall

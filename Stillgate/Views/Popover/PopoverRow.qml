@@ -20,7 +20,7 @@ T.AbstractButton {
 
     Keys.onReturnPressed: event => event.isAutoRepeat || row.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || row.clicked()
-    Accessible.onPressAction: row.clicked()
+    Accessible.onPressAction: if (row.enabled) row.clicked()
 
     background: Rectangle {
         radius: Tokens.radiusSmall

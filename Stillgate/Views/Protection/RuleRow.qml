@@ -43,7 +43,7 @@ Item {
                 onClicked: root.isExpanded = !root.isExpanded
                 Keys.onReturnPressed: event => event.isAutoRepeat || fold.clicked()
                 Keys.onEnterPressed: event => event.isAutoRepeat || fold.clicked()
-                Accessible.onPressAction: fold.clicked()
+                Accessible.onPressAction: if (fold.enabled) fold.clicked()
 
                 contentItem: RowLayout {
                     spacing: Tokens.space12

@@ -53,8 +53,8 @@ Loader {
             Keys.onDownPressed: line.viewModel.move(1)
             Keys.onReturnPressed: clicked()
             Keys.onEnterPressed: clicked()
-            Accessible.onPressAction: clicked()
-            Accessible.onToggleAction: clicked()
+            Accessible.onPressAction: if (button.enabled) button.clicked()
+            Accessible.onToggleAction: if (button.enabled) button.clicked()
 
             background: Rectangle {
                 radius: Tokens.radiusSmall
