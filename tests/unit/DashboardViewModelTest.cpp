@@ -78,7 +78,7 @@ TEST_F(Dashboard, taskTellsItsState)
         {"pending", "circle.dashed", all.sgAccent, "common.inProgress", all.sgWarning},
         {"completed", "clock.badge.checkmark", all.sgWarning, "tasks.completed", all.sgSuccess},
         {"approved", "checkmark.circle.fill", all.sgSuccess, "tasks.approved", all.sgSuccess},
-        {"rejected", "circle.dashed", all.sgAccent, "tasks.rejected", all.sgSuccess},
+        {"rejected", "xmark.circle", all.sgDanger, "tasks.rejected", all.sgSuccess},
     };
 
     for (const auto& [status, symbol, color, text, textColor] : cases) {

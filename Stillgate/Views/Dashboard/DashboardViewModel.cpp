@@ -2,6 +2,7 @@
 
 #include "DesignSystem/Tokens.h"
 #include "Views/Common/TextOf.h"
+#include "Views/Tasks/TaskRows.h"
 
 #include <algorithm>
 #include <ranges>
@@ -41,23 +42,16 @@ bool isApproved(const SGTask& task)
 
 DashboardTaskRow dashboardTaskRow(const SGTask& task)
 {
-    DashboardTaskRow row{
+    const auto mark = taskMark(task.status);
+    return {
         .id = QString::fromStdString(task.id),
-        .symbol = "circle.dashed",
-        .color = tokens().sgAccent,
+        .symbol = mark.symbol,
+        .color = mark.color,
         .title = QString::fromStdString(task.title),
         .reward = QString{"+%1m %2"}.arg(task.rewardMinutes).arg(textOf("common.reward")),
         .status = textOf(isPending(task) ? "common.inProgress" : "tasks." + task.status),
         .statusColor = isPending(task) ? tokens().sgWarning : tokens().sgSuccess,
     };
-    if (isApproved(task)) {
-        row.symbol = "checkmark.circle.fill";
-        row.color = tokens().sgSuccess;
-    } else if (task.status == "completed") {
-        row.symbol = "clock.badge.checkmark";
-        row.color = tokens().sgWarning;
-    }
-    return row;
 }
 
 DashboardViewModel::DashboardViewModel(AppState& state, AppMonitor& monitor, NotificationCenter& notifications)

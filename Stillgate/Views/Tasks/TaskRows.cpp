@@ -24,17 +24,6 @@ constexpr struct
     {"rejected", "xmark.circle", &Tokens::sgDanger, "tasks.rejected"},
 };
 
-/// A status that isn't known is told as the server says it.
-void mark(TaskRow& row, const std::string& status)
-{
-    const auto* marking = std::ranges::find(markings, status, [](const auto& each) { return each.status; });
-    const bool isKnown = marking != std::end(markings);
-    const auto& look = isKnown ? *marking : markings[0];
-    row.symbol = look.symbol;
-    row.color = tokens().*look.color;
-    row.statusText = isKnown ? textOf(look.text) : QString::fromStdString(status);
-}
-
 void offer(TaskRow& row, const SGTask& task, TaskSide side)
 {
     if (side == TaskSide::assigner) {
@@ -50,10 +39,24 @@ void offer(TaskRow& row, const SGTask& task, TaskSide side)
 
 } // namespace
 
+TaskMark taskMark(const std::string& status)
+{
+    const auto* marking = std::ranges::find(markings, status, [](const auto& each) { return each.status; });
+    const bool isKnown = marking != std::end(markings);
+    const auto& look = isKnown ? *marking : markings[0];
+    return {look.symbol, tokens().*look.color, isKnown ? textOf(look.text) : QString::fromStdString(status)};
+}
+
 TaskRow taskRow(const SGTask& task, TaskSide side)
 {
-    TaskRow row{.id = QString::fromStdString(task.id), .title = QString::fromStdString(task.title)};
-    mark(row, task.status);
+    const auto mark = taskMark(task.status);
+    TaskRow row{
+        .id = QString::fromStdString(task.id),
+        .title = QString::fromStdString(task.title),
+        .symbol = mark.symbol,
+        .color = mark.color,
+        .statusText = mark.text,
+    };
     offer(row, task, side);
     if (task.rewardMinutes >= 1) {
         row.rewardText = QString::number(task.rewardMinutes) + 'm';

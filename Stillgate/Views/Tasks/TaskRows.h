@@ -12,6 +12,16 @@ namespace stillgate
 /// Whose tasks are looked at.
 enum class TaskSide { assignee, assigner };
 
+/// How the status of a task is shown. One that isn't known looks pending, and is told as the server says it.
+struct TaskMark
+{
+    const char* symbol;
+    QColor color;
+    QString text;
+};
+
+[[nodiscard]] TaskMark taskMark(const std::string& status);
+
 /// A task, as it is shown to one of the two. What there is nothing to say about is empty.
 struct TaskRow
 {
