@@ -6,12 +6,19 @@
 namespace stillgate
 {
 
-/// Tags of the settings window's tabs that the shell itself opens.
+/// Tags of the settings window's tabs. 5 and 9 are those of screens to come.
 namespace settingstab
 {
 inline constexpr int dashboard = 0;
+inline constexpr int streak = 1;
+inline constexpr int screenTime = 2;
+inline constexpr int protection = 3;
+inline constexpr int schedules = 4;
 inline constexpr int tasks = 6;
 inline constexpr int groups = 7;
+inline constexpr int devices = 8;
+inline constexpr int account = 10;
+inline constexpr int about = 11;
 } // namespace settingstab
 
 /// What a key with the command modifier (Control on this keyboard) does while the application is active.

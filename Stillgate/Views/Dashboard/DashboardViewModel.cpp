@@ -1,5 +1,6 @@
 #include "Views/Dashboard/DashboardViewModel.h"
 
+#include "App/Shortcuts.h"
 #include "DesignSystem/Tokens.h"
 #include "Views/Common/TextOf.h"
 #include "Views/Tasks/TaskRows.h"
@@ -13,7 +14,6 @@ namespace stillgate
 namespace
 {
 
-constexpr int tasksTab = 6;
 constexpr std::size_t mostTasks = 3;
 constexpr std::size_t mostSchedules = 3;
 constexpr std::size_t mostRules = 5;
@@ -125,7 +125,7 @@ QString DashboardViewModel::completedTasksText() const
 
 void DashboardViewModel::viewAllTasks()
 {
-    m_notifications.post(sgNavigateToTab, {{"tab", tasksTab}});
+    m_notifications.post(sgNavigateToTab, {{"tab", settingstab::tasks}});
 }
 
 void DashboardViewModel::update()

@@ -1,5 +1,6 @@
 #include "Views/Popover/PopoverViewModel.h"
 
+#include "App/Shortcuts.h"
 #include "DesignSystem/Tokens.h"
 #include "Views/Common/Minutes.h"
 #include "Views/Common/TextOf.h"
@@ -14,7 +15,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr int protectionTab = 3;
 /// Until the tab is there and listens.
 constexpr auto untilTabListens = 300ms;
 constexpr std::int64_t littleTime = 30; // minutes
@@ -133,7 +133,7 @@ bool PopoverViewModel::performKey(const QString& letter)
 void PopoverViewModel::openQuickBlock()
 {
     m_services.showSettings();
-    m_services.notifications.post(sgNavigateToTab, {{"tab", protectionTab}});
+    m_services.notifications.post(sgNavigateToTab, {{"tab", settingstab::protection}});
     m_quickBlockSoon =
         m_services.scheduler.once(untilTabListens, [this] { m_services.notifications.post(sgShowQuickBlock); });
 }

@@ -22,19 +22,19 @@ constexpr struct
     const char* icon;
     const char* label;
 } sidebar[] = {
-    {0, "square.grid.2x2", "nav.dashboard"},
-    {1, "flame", "streak.title"},
-    {2, "chart.bar.fill", "screenTimeAnalytics.title"},
+    {settingstab::dashboard, "square.grid.2x2", "nav.dashboard"},
+    {settingstab::streak, "flame", "streak.title"},
+    {settingstab::screenTime, "chart.bar.fill", "screenTimeAnalytics.title"},
     {noTab, "", "desktop.protection.title"},
-    {3, "shield.checkered", "desktop.protection.title"},
-    {4, "calendar.badge.clock", "schedule.title"},
+    {settingstab::protection, "shield.checkered", "desktop.protection.title"},
+    {settingstab::schedules, "calendar.badge.clock", "schedule.title"},
     {noTab, "", "connections.title"},
-    {6, "checkmark.circle", "tasks.title"},
-    {7, "person.2", "groups.title"},
+    {settingstab::tasks, "checkmark.circle", "tasks.title"},
+    {settingstab::groups, "person.2", "groups.title"},
     {noTab, "", "settings.title"},
-    {8, "desktopcomputer", "devices.title"},
-    {10, "person.circle", "account.title"},
-    {11, "info.circle", "account.about"},
+    {settingstab::devices, "desktopcomputer", "devices.title"},
+    {settingstab::account, "person.circle", "account.title"},
+    {settingstab::about, "info.circle", "account.about"},
 };
 
 std::vector<int> tabs()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/SessionData.h"
+#include "App/Shortcuts.h"
 #include "Platform/NotificationCenter.h"
 #include "Views/Settings/TabScreen.h"
 
@@ -74,7 +75,7 @@ private:
 
     SessionData& m_session;
     TabFactory m_makeTab;
-    int m_selectedTab = 0;
+    int m_selectedTab = settingstab::dashboard;
     TabScreen m_tab;
     QPropertyNotifier m_userNotifier;
     QPropertyNotifier m_sessionNotifier;

@@ -1,5 +1,6 @@
 #include "Views/Windows/SettingsTabs.h"
 
+#include "App/Shortcuts.h"
 #include "Views/Account/AboutViewModel.h"
 #include "Views/Account/AccountViewModel.h"
 #include "Views/Dashboard/DashboardViewModel.h"
@@ -18,34 +19,34 @@ namespace stillgate
 TabScreen makeSettingsTab(int tag, const WindowServices& services)
 {
     switch (tag) {
-    case 0:
+    case settingstab::dashboard:
         return {addressOfScreen("Dashboard", "DashboardTab"),
             std::make_unique<DashboardViewModel>(services.state, services.monitor, services.notifications)};
-    case 1:
+    case settingstab::streak:
         return {addressOfScreen("Streak", "StreakTab"),
             std::make_unique<StreakViewModel>(
                 services.state, services.clock, services.scheduler, services.host, services.bundle.path())};
-    case 2:
+    case settingstab::screenTime:
         return {
             addressOfScreen("ScreenTime", "ScreenTimeTab"), std::make_unique<ScreenTimeViewModel>(services.backend)};
-    case 3:
+    case settingstab::protection:
         return {addressOfScreen("Protection", "ProtectionTab"),
             std::make_unique<ProtectionViewModel>(
                 ProtectionServices{services.state, services.ownRules, services.monitor, services.tracker,
                     services.workspace, services.notifications, services.clock, services.scheduler, services.host})};
-    case 4:
+    case settingstab::schedules:
         return {addressOfScreen("Schedules", "ScheduleTab"),
             std::make_unique<SchedulesViewModel>(services.state, services.ownRules, services.host)};
-    case 7:
-        return {addressOfScreen("Group", "GroupTab"), std::make_unique<GroupViewModel>(services.backend)};
-    case 6:
+    case settingstab::tasks:
         return {addressOfScreen("Tasks", "TasksTab"), std::make_unique<TasksViewModel>(services.backend)};
-    case 8:
+    case settingstab::groups:
+        return {addressOfScreen("Group", "GroupTab"), std::make_unique<GroupViewModel>(services.backend)};
+    case settingstab::devices:
         return {addressOfScreen("Devices", "DevicesTab"), std::make_unique<DevicesViewModel>(services.state)};
-    case 10:
+    case settingstab::account:
         return {addressOfScreen("Account", "AccountTab"),
             std::make_unique<AccountViewModel>(services.state, services.backend, services.pasteboard)};
-    case 11:
+    case settingstab::about:
         return {addressOfScreen("Account", "AboutTab"),
             std::make_unique<AboutViewModel>(services.bundle, services.workspace)};
     default:
