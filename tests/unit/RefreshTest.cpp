@@ -4,10 +4,6 @@ namespace stillgate
 {
 
 using namespace test;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 class Refresh : public AppStateFixture
 {
@@ -42,12 +38,7 @@ TEST_F(Refresh, takesWhatTheServerHas)
     m_backend.connections = {{controlledConnection("permanent")}};
     m_backend.tasks["assignee"] = {{task("1", "mine")}};
     m_backend.tasks["assigner"] = {{task("1", "given"), task("2", "given")}};
-    m_backend.effectiveRules = EffectiveRulesResponse{.rules = {{.id = "g",
-                                                          .userId = "u1",
-                                                          .category = "gaming",
-                                                          .enabled = true,
-                                                          .customDomains = {{"guarded.example"}},
-                                                          ._source = "guardian"}}};
+    m_backend.effectiveRules = guarded("guarded.example");
     refresh();
     EXPECT_THAT(blockedNames(), Contains("new.example"));
     EXPECT_EQ(state().sharingConnections.value(), state().connections.value());
@@ -66,12 +57,7 @@ TEST_F(Refresh, takesWhatTheServerHas)
 
 TEST_F(Refresh, followsAnOnlineStart)
 {
-    m_backend.effectiveRules = EffectiveRulesResponse{.rules = {{.id = "g",
-                                                          .userId = "u1",
-                                                          .category = "gaming",
-                                                          .enabled = true,
-                                                          .customDomains = {{"guarded.example"}},
-                                                          ._source = "guardian"}}};
+    m_backend.effectiveRules = guarded("guarded.example");
     m_backend.connections = {{controlledConnection("permanent")}};
     m_backend.streak = FakeBackend::unreachable();
     bootstrap();

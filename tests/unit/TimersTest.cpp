@@ -5,10 +5,6 @@ namespace stillgate
 
 using namespace test;
 using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
-using testing::StartsWith;
 
 class Timers : public AppStateFixture
 {};
@@ -42,20 +38,6 @@ TEST_F(Timers, heartbeatWithoutADeviceReportsAllTheSame)
     m_time.advance(300s);
     EXPECT_THAT(m_backend.calls, Not(Contains(StartsWith("sendHeartbeat"))));
     EXPECT_THAT(m_backend.reportedMinutes, ElementsAre(5));
-}
-
-TEST_F(Timers, aBeatThatOutlivesItsSessionChangesNothing)
-{
-    startOnline();
-    m_backend.isSlowToCancel = true;
-    m_backend.hold("getScreenTimeBudget");
-    m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 45};
-    m_time.advance(300s);
-    const auto released = m_backend.takeHold("getScreenTimeBudget");
-    bootstrap();
-    state().logout();
-    released->happen();
-    EXPECT_EQ(state().budget.value(), std::nullopt);
 }
 
 TEST_F(Timers, eachBeatEndsInARefresh)
@@ -105,17 +87,6 @@ TEST_F(Timers, gatesRiseAndFallWithTheConfiguration)
         EXPECT_EQ(state().requiredVersion.value(), "2.0") << "the last value stays";
     }
     expectFlags(true, false);
-}
-
-TEST_F(Timers, aBundleWithoutVersionCountsAs100)
-{
-    m_bundle.infoValues.clear();
-    m_backend.appConfig = AppConfig{.minVersion = "1.0.0"};
-    startOnline();
-    EXPECT_FALSE(state().requiresForceUpdate);
-    m_backend.appConfig = AppConfig{.minVersion = "1.0.1"};
-    m_time.advance(300s);
-    EXPECT_TRUE(state().requiresForceUpdate);
 }
 
 } // namespace stillgate
