@@ -47,7 +47,7 @@ void HostsFileRepair::look()
     }
     if (m_hostsFile.isIntact())
         return;
-    m_log.write("[HostsFile] Somebody has changed the block; writing it again");
+    m_log.write("[HostsFile] The block isn't as it should be; writing it again");
     const bool hasLastOneWorked = m_hostsFile.isActive;
     m_wait = hasLastOneWorked ? shortestWait : std::clamp(2 * m_wait, shortestWait, longestWait);
     m_hostsFile.repair();

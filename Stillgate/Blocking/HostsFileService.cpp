@@ -18,6 +18,8 @@ namespace
 constexpr std::string_view hashKey = "sg_hosts_hash";
 /// Whether that list was written to stand for good.
 constexpr std::string_view permanentKey = "sg_hosts_permanent";
+/// Whether the file may hold names of temporary domains.
+constexpr std::string_view temporaryKey = "sg_hosts_temporary";
 
 /// The list, sorted and joined: the same for every order of the same domains.
 std::string keyOf(std::vector<std::string> domains)
@@ -49,6 +51,7 @@ HostsFileService::HostsFileService(
     , m_defaults(defaults)
     , m_host(host)
     , m_log(log)
+    , m_permanence(permanenceInFile())
 {}
 
 void HostsFileService::applyBlocks(std::vector<std::string> domains, Rewrite rewrite)
@@ -182,6 +185,8 @@ Task<> HostsFileService::write(BlockRequest request, std::vector<std::string> li
     const bool takesNamesOut = std::exchange(m_isRewriteDue, false);
     const auto permanence = m_permanence;
     const auto temporary = m_temporary;
+    if (!temporary.empty())
+        m_defaults.setBoolean(temporaryKey, true); // first: the process may die before it knows the outcome
     const auto written = co_await m_writer.replaceBlock(
         generateHostsEntries(withTemporary(list)), temporaryNamesBeyond(list), permanence);
     if (written) {
@@ -189,6 +194,8 @@ Task<> HostsFileService::write(BlockRequest request, std::vector<std::string> li
         setPermanenceInFile(permanence);
         m_written = std::move(list);
         m_temporaryInFile = temporary;
+        if (temporary.empty() && m_defaults.boolean(temporaryKey))
+            m_defaults.setBoolean(temporaryKey, false);
         reportWanted(request.domains);
     } else {
         m_log.write("[HostsFile] Failed to apply blocks");
@@ -199,6 +206,11 @@ Task<> HostsFileService::write(BlockRequest request, std::vector<std::string> li
             m_waiting.reset();
     }
     continueWithWaiting();
+}
+
+bool HostsFileService::hasTemporaryOfEarlierProcess() const
+{
+    return m_temporary.empty() && m_temporaryInFile.empty() && m_defaults.boolean(temporaryKey);
 }
 
 Permanence HostsFileService::permanenceInFile() const
@@ -214,6 +226,8 @@ void HostsFileService::setPermanenceInFile(Permanence permanence)
 
 bool HostsFileService::isIntact() const
 {
+    if (hasTemporaryOfEarlierProcess())
+        return false;
     const auto wanted = withTemporary(wantedList());
     if (wanted.empty())
         return true;
@@ -254,10 +268,12 @@ Task<> HostsFileService::remove()
     m_isRewriteDue = false;
     m_written.clear();
     m_defaults.setString(hashKey, ""); // a write that ended since has set it
-    if (const auto removed = co_await m_writer.removeBlock())
+    if (const auto removed = co_await m_writer.removeBlock()) {
         m_temporaryInFile.clear();
-    else
+        m_defaults.setBoolean(temporaryKey, false);
+    } else {
         m_log.write("[HostsFile] Failed to remove blocks");
+    }
     setPermanenceInFile(Permanence::flexible);
     report(false, 0);
     continueWithWaiting();

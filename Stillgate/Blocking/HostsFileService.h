@@ -40,8 +40,8 @@ public:
     void applyBlocks(std::vector<std::string> domains, Rewrite rewrite = Rewrite::ifPartIsMissing);
 
     /// Blocks these domains too, in the place of earlier temporary ones; with none, the file becomes what it was before
-    /// them, also where the list stands for good. They end with the process, but what it leaves in the file then stays
-    /// until the next write.
+    /// them, also where the list stands for good. They end with the process: what it has left in the file is no part of
+    /// an intact one for the next.
     void setTemporaryDomains(std::set<std::string> domains);
 
     /// Of both kinds.
@@ -85,6 +85,7 @@ private:
     [[nodiscard]] std::vector<std::string> withTemporary(std::vector<std::string> domains) const;
     [[nodiscard]] std::vector<std::string> temporaryNamesBeyond(const std::vector<std::string>& list) const;
     [[nodiscard]] bool isInFile(const std::vector<std::string>& domains) const;
+    [[nodiscard]] bool hasTemporaryOfEarlierProcess() const;
     [[nodiscard]] Permanence permanenceInFile() const;
     void setPermanenceInFile(Permanence permanence);
     [[nodiscard]] Task<> write(BlockRequest request, std::vector<std::string> list);
@@ -99,7 +100,7 @@ private:
     Host& m_host;
     Log& m_log;
 
-    Permanence m_permanence = Permanence::flexible;
+    Permanence m_permanence;                          ///< at first as last written
     std::optional<std::vector<std::string>> m_wanted; ///< the last list; none: not known since the start
     std::vector<std::string> m_written; ///< the list last written, which may have more; empty: not known, or none
     bool m_isRewriteDue = false;        ///< a write that takes names out has been asked for, and hasn't succeeded

@@ -429,6 +429,25 @@ TEST_F(QuickBlocks, listOfAnEarlierRunStaysThoughNothingIsCompiledYet)
     EXPECT_EQ(hosts(), before);
 }
 
+TEST_F(QuickBlocks, sitesOfARunThatCrashedGoWithTheNextStart)
+{
+    m_hostsFile.setPermanence(Permanence::permanent);
+    for (const auto& list : {std::vector<std::string>{}, {"a.example"}}) {
+        if (!list.empty())
+            m_hostsFile.applyBlocks(list);
+        const auto before = hosts();
+        start({"q.example"});
+        HostsFileService restarted{m_writer, m_files, m_defaults, m_host, m_log};
+        const HostsFileRepair repair{restarted, m_files, m_time, m_log};
+        m_time.advance(1s);
+        EXPECT_EQ(hosts(), before);
+        EXPECT_EQ(m_writer.permanence == Permanence::permanent, !list.empty()) << "as it was";
+        const auto writes = m_writer.requests.size();
+        m_time.advance(1min);
+        EXPECT_THAT(m_writer.requests, SizeIs(writes));
+    }
+}
+
 TEST_F(QuickBlocks, failedWriteLeavesTheAppsBlockedAndIsMadeUpFor)
 {
     m_hostsFile.applyBlocks({"a.example"});
