@@ -8,73 +8,43 @@ namespace stillgate::test
 namespace
 {
 
-constexpr int accountTab = 10;
-constexpr int aboutTab = 11;
-
-AccountViewModel& openAccount(Stage& stage)
+AccountViewModel& open(Stage& stage)
 {
-    stage.openSettings(accountTab);
-    return Stage::tabViewModel<AccountViewModel>();
-}
-
-void signedIn(Stage& stage)
-{
-    stage.signIn();
-    openAccount(stage);
-}
-
-void signedOut(Stage& stage)
-{
-    openAccount(stage);
+    return stage.openTab<AccountViewModel>(settingstab::account);
 }
 
 /// A failure, with a long address.
 void failed(Stage& stage)
 {
-    stage.signIn();
+    auto& account = open(stage);
     stage.state.currentUser = SGUser{.id = "u1",
         .email = "somebody.with.a.name.that.is.long@a-department-of.the-university-of.somewhere-far-away.example.org",
         .displayName = "Ada Lovelace"};
-    openAccount(stage).exportData();
+    account.exportData();
 }
 
 void working(Stage& stage)
 {
-    stage.signIn();
     stage.backend.hold("exportUserData");
     stage.backend.hold("deleteAccount");
-    auto& account = openAccount(stage);
+    auto& account = open(stage);
     account.exportData();
     account.askToDelete();
     account.deleteAccount();
 }
 
-void deletion(Stage& stage)
-{
-    stage.signIn();
-    openAccount(stage).askToDelete();
-}
-
-void about(Stage& stage)
-{
-    stage.signIn();
-    stage.openSettings(aboutTab);
-}
-
-constexpr Scene scenes[] = {
-    {"account", "signed-in", signedIn},
-    {"account", "signed-out", signedOut},
-    {"account", "failed", failed},
-    {"account", "working", working},
-    {"account", "deletion", deletion},
-    {"about", "web-site", about},
-};
-
 } // namespace
 
-std::span<const Scene> accountScenes()
+std::vector<Scene> accountScenes()
 {
-    return scenes;
+    return {
+        {"account", "signed-in", [](Stage& stage) { open(stage); }},
+        {"account", "signed-out", [](Stage& stage) { stage.openSettings(settingstab::account); }},
+        {"account", "failed", failed},
+        {"account", "working", working},
+        {"account", "deletion", [](Stage& stage) { open(stage).askToDelete(); }},
+        {"about", "web-site", [](Stage& stage) { stage.openTab(settingstab::about); }},
+    };
 }
 
 } // namespace stillgate::test

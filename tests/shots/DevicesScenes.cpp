@@ -7,42 +7,31 @@ namespace stillgate::test
 namespace
 {
 
-constexpr int devicesTab = 8;
-
-SGDevice device(const std::string& name, const std::string& platform, bool isActive)
+SGDevice named(const std::string& name, const std::string& platform, bool isActive)
 {
     return {.id = name, .deviceName = name, .platform = platform, .isActive = isActive};
 }
 
-void none(Stage& stage)
-{
-    stage.signIn();
-    stage.openSettings(devicesTab);
-}
-
 void every(Stage& stage)
 {
-    stage.signIn();
     stage.state.devices = std::vector{
-        device("Ada’s desk", "macos", true),
-        device("Phone", "ios", true),
-        device("The computer in the living room that everybody uses", "windows", false),
-        device("Browser", "chrome", true),
-        device("Refrigerator", "fridge", false),
+        named("Ada’s desk", "macos", true),
+        named("Phone", "ios", true),
+        named("The computer in the living room that everybody uses", "windows", false),
+        named("Browser", "chrome", true),
+        named("Refrigerator", "fridge", false),
     };
-    stage.openSettings(devicesTab);
+    stage.openTab(settingstab::devices);
 }
-
-constexpr Scene scenes[] = {
-    {"devices", "none", none},
-    {"devices", "every", every},
-};
 
 } // namespace
 
-std::span<const Scene> devicesScenes()
+std::vector<Scene> devicesScenes()
 {
-    return scenes;
+    return {
+        {"devices", "none", [](Stage& stage) { stage.openTab(settingstab::devices); }},
+        {"devices", "every", every},
+    };
 }
 
 } // namespace stillgate::test

@@ -14,17 +14,6 @@ constexpr auto longWords =
     "be done at about six in the morning, Istanbul time, and say so here if it takes longer. Thank you for your "
     "patience, and good night!";
 
-void maintain(Stage& stage)
-{
-    stage.open(windowid::maintenance);
-}
-
-void maintainInTheServersWords(Stage& stage)
-{
-    stage.state.maintenanceMessage = "Back at nine.";
-    stage.open(windowid::maintenance);
-}
-
 void maintainAtLength(Stage& stage)
 {
     stage.state.maintenanceMessage = longWords;
@@ -35,12 +24,6 @@ void forceUpdate(Stage& stage)
 {
     stage.state.requiredVersion = "2.0.0";
     stage.open(windowid::forceUpdate);
-}
-
-void forceUpdateInTheServersWords(Stage& stage)
-{
-    stage.state.forceUpdateMessage = "Version 2 keeps your blocks safe when you switch networks.";
-    forceUpdate(stage);
 }
 
 void forceUpdateAtLength(Stage& stage)
@@ -57,21 +40,17 @@ void forceUpdateWithoutIllustration(Stage& stage)
     forceUpdate(stage);
 }
 
-constexpr Scene scenes[] = {
-    {"maintenance", "default-words", maintain},
-    {"maintenance", "servers-words", maintainInTheServersWords},
-    {"maintenance", "at-length", maintainAtLength},
-    {"force-update", "default-words", forceUpdate},
-    {"force-update", "servers-words", forceUpdateInTheServersWords},
-    {"force-update", "at-length", forceUpdateAtLength},
-    {"force-update", "without-illustration", forceUpdateWithoutIllustration},
-};
-
 } // namespace
 
-std::span<const Scene> gateScenes()
+std::vector<Scene> gateScenes()
 {
-    return scenes;
+    return {
+        {"maintenance", "default-words", [](Stage& stage) { stage.open(windowid::maintenance); }},
+        {"maintenance", "at-length", maintainAtLength},
+        {"force-update", "default-words", forceUpdate},
+        {"force-update", "at-length", forceUpdateAtLength},
+        {"force-update", "without-illustration", forceUpdateWithoutIllustration},
+    };
 }
 
 } // namespace stillgate::test

@@ -9,11 +9,6 @@ namespace
 
 using namespace std::chrono_literals;
 
-void signedOut(Stage& stage)
-{
-    stage.openPopover();
-}
-
 void protectedSession(Stage& stage)
 {
     stage.state.isAuthenticated = true;
@@ -26,23 +21,18 @@ void unprotectedSession(Stage& stage)
     protectedSession(stage);
 }
 
-void offlineSession(Stage& stage)
+void wholeDayOffline(Stage& stage)
 {
     stage.state.isOffline = true;
-    protectedSession(stage);
-}
-
-void wholeDay(Stage& stage)
-{
     stage.state.streak = Streak{.currentStreakDays = 128};
     stage.state.sharingCode = "K7QX2M";
     stage.state.budget = ScreenTimeBudget{
         .dailyLimitMinutes = 90, .earnedMinutesToday = 15, .usedMinutesToday = 88, .pendingTaskCount = 3};
-    stage.state.blockRules = std::vector<BlockRule>{{.id = "r1", .enabled = true}, {.id = "r2", .enabled = false}};
+    stage.state.blockRules = std::vector{rule("r1", std::nullopt), rule("r2", std::nullopt)};
     stage.monitor.blockedAppAttempts = 7;
     stage.monitor.activeQuickBlock =
         QuickBlockSession{.bundleIds = {"a", "b"}, .expiresAt = stage.time.now() + 29min, .durationMinutes = 30};
-    offlineSession(stage);
+    protectedSession(stage);
 }
 
 void usedUpDay(Stage& stage)
@@ -51,20 +41,17 @@ void usedUpDay(Stage& stage)
     protectedSession(stage);
 }
 
-constexpr Scene scenes[] = {
-    {"popover", "signed-out", signedOut},
-    {"popover", "protected", protectedSession},
-    {"popover", "not-protected", unprotectedSession},
-    {"popover", "offline", offlineSession},
-    {"popover", "whole-day", wholeDay},
-    {"popover", "used-up-day", usedUpDay},
-};
-
 } // namespace
 
-std::span<const Scene> popoverScenes()
+std::vector<Scene> popoverScenes()
 {
-    return scenes;
+    return {
+        {"popover", "signed-out", [](Stage& stage) { stage.openPopover(); }},
+        {"popover", "protected", protectedSession},
+        {"popover", "not-protected", unprotectedSession},
+        {"popover", "whole-day-offline", wholeDayOffline},
+        {"popover", "used-up-day", usedUpDay},
+    };
 }
 
 } // namespace stillgate::test

@@ -6,7 +6,7 @@ namespace stillgate::test
 std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
-    for (const auto scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), dashboardScenes(),
+    for (const auto& scenes : {signInScenes(), gateScenes(), popoverScenes(), blockScreenScenes(), dashboardScenes(),
              devicesScenes(), screenTimeScenes(), streakScenes(), groupScenes(), accountScenes(), protectionScenes(),
              scheduleScenes(), taskScenes()})
         all.insert(all.end(), scenes.begin(), scenes.end());

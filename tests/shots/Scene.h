@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,18 +19,18 @@ struct Scene
 /// Those of every screen. A new screen brings a file with its own, and is named in Scene.cpp.
 [[nodiscard]] std::vector<Scene> allScenes();
 
-std::span<const Scene> accountScenes();
-std::span<const Scene> blockScreenScenes();
-std::span<const Scene> dashboardScenes();
-std::span<const Scene> devicesScenes();
-std::span<const Scene> gateScenes();
-std::span<const Scene> groupScenes();
-std::span<const Scene> popoverScenes();
-std::span<const Scene> protectionScenes();
-std::span<const Scene> screenTimeScenes();
-std::span<const Scene> scheduleScenes();
-std::span<const Scene> signInScenes();
-std::span<const Scene> taskScenes();
-std::span<const Scene> streakScenes();
+std::vector<Scene> accountScenes();
+std::vector<Scene> blockScreenScenes();
+std::vector<Scene> dashboardScenes();
+std::vector<Scene> devicesScenes();
+std::vector<Scene> gateScenes();
+std::vector<Scene> groupScenes();
+std::vector<Scene> popoverScenes();
+std::vector<Scene> protectionScenes();
+std::vector<Scene> screenTimeScenes();
+std::vector<Scene> scheduleScenes();
+std::vector<Scene> signInScenes();
+std::vector<Scene> taskScenes();
+std::vector<Scene> streakScenes();
 
 } // namespace stillgate::test

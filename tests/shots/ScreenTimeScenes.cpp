@@ -7,8 +7,6 @@ namespace stillgate::test
 namespace
 {
 
-constexpr int screenTimeTab = 2;
-
 DailyScreenTime day(std::string date, std::int64_t minutes)
 {
     return {.date = std::move(date), .totalMinutes = minutes};
@@ -17,26 +15,13 @@ DailyScreenTime day(std::string date, std::int64_t minutes)
 void show(Stage& stage, ScreenTimeReport report)
 {
     stage.backend.reports["week"] = std::move(report);
-    stage.signIn();
-    stage.openSettings(screenTimeTab);
+    stage.openTab(settingstab::screenTime);
 }
 
 void loading(Stage& stage)
 {
     stage.backend.hold("getScreenTimeReport week");
-    stage.signIn();
-    stage.openSettings(screenTimeTab);
-}
-
-void none(Stage& stage)
-{
-    stage.signIn();
-    stage.openSettings(screenTimeTab);
-}
-
-void figuresAlone(Stage& stage)
-{
-    show(stage, {.totalMinutes = 59, .avgDailyMinutes = 8});
+    stage.openTab(settingstab::screenTime);
 }
 
 void week(Stage& stage)
@@ -75,19 +60,17 @@ void much(Stage& stage)
     show(stage, std::move(report));
 }
 
-constexpr Scene scenes[] = {
-    {"screen-time", "loading", loading},
-    {"screen-time", "none", none},
-    {"screen-time", "figures-alone", figuresAlone},
-    {"screen-time", "week", week},
-    {"screen-time", "much", much},
-};
-
 } // namespace
 
-std::span<const Scene> screenTimeScenes()
+std::vector<Scene> screenTimeScenes()
 {
-    return scenes;
+    return {
+        {"screen-time", "loading", loading},
+        {"screen-time", "none", [](Stage& stage) { stage.openTab(settingstab::screenTime); }},
+        {"screen-time", "figures-alone", [](Stage& stage) { show(stage, {.totalMinutes = 59, .avgDailyMinutes = 8}); }},
+        {"screen-time", "week", week},
+        {"screen-time", "much", much},
+    };
 }
 
 } // namespace stillgate::test

@@ -9,17 +9,6 @@ namespace
 
 using namespace std::chrono_literals;
 
-void answerWithCode(Stage& stage)
-{
-    stage.backend.deviceCode = DeviceCodeResponse{.deviceCode = "one",
-        .userCode = "ABCD-1234",
-        .verificationUrl = "https://stillgate.example/link",
-        .verificationUrlComplete = std::nullopt,
-        .expiresIn = 60,
-        .interval = 5};
-    stage.backend.poll = DeviceCodePollResponse{.status = "pending"};
-}
-
 void waitForCode(Stage& stage)
 {
     stage.backend.hold("requestDeviceCode");
@@ -28,7 +17,13 @@ void waitForCode(Stage& stage)
 
 void waitForApproval(Stage& stage)
 {
-    answerWithCode(stage);
+    stage.backend.deviceCode = DeviceCodeResponse{.deviceCode = "one",
+        .userCode = "ABCD-1234",
+        .verificationUrl = "https://stillgate.example/link",
+        .verificationUrlComplete = std::nullopt,
+        .expiresIn = 60,
+        .interval = 5};
+    stage.backend.poll = DeviceCodePollResponse{.status = "pending"};
     stage.open(windowid::auth);
 }
 
@@ -38,46 +33,28 @@ void expire(Stage& stage)
     stage.time.advance(60s);
 }
 
-void failWith(Stage& stage, const char* message)
-{
-    waitForApproval(stage);
-    stage.backend.poll = failure(APIError::server(403, message));
-    stage.time.advance(5s);
-}
-
-void fail(Stage& stage)
-{
-    failWith(stage, "This device has been denied.");
-}
-
 void failAtLength(Stage& stage)
 {
-    failWith(stage,
+    waitForApproval(stage);
+    stage.backend.poll = failure(APIError::server(403,
         "The request could not be completed because the service behind it didn’t answer in time. This happens when "
         "very many people sign in at once, and passes by itself within a few minutes. If it lasts longer, see "
         "https://status.stillgate.example/incidents/2026/11/authorization-service-responds-slowly-or-not-at-all "
-        "for what is known, and write to us with the number 7f3a9c41-52d8-4e0b-9a6e-d1c0b8e2f7aa.");
+        "for what is known, and write to us with the number 7f3a9c41-52d8-4e0b-9a6e-d1c0b8e2f7aa."));
+    stage.time.advance(5s);
 }
-
-void findNoServer(Stage& stage)
-{
-    stage.open(windowid::auth);
-}
-
-constexpr Scene scenes[] = {
-    {"sign-in", "waiting-for-code", waitForCode},
-    {"sign-in", "waiting-for-approval", waitForApproval},
-    {"sign-in", "expired", expire},
-    {"sign-in", "failed", fail},
-    {"sign-in", "failed-at-length", failAtLength},
-    {"sign-in", "no-server", findNoServer},
-};
 
 } // namespace
 
-std::span<const Scene> signInScenes()
+std::vector<Scene> signInScenes()
 {
-    return scenes;
+    return {
+        {"sign-in", "waiting-for-code", waitForCode},
+        {"sign-in", "waiting-for-approval", waitForApproval},
+        {"sign-in", "expired", expire},
+        {"sign-in", "failed", failAtLength},
+        {"sign-in", "no-server", [](Stage& stage) { stage.open(windowid::auth); }},
+    };
 }
 
 } // namespace stillgate::test

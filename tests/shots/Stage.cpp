@@ -70,6 +70,12 @@ void Stage::openSettings(int tab)
     notifications.post(sgNavigateToTab, {{"tab", tab}});
 }
 
+void Stage::openTab(int tab)
+{
+    signIn();
+    openSettings(tab);
+}
+
 void Stage::openBlockModal(const BlockModal& modal)
 {
     m_blockModal.showIn(m_windows);

@@ -3,6 +3,7 @@
 #include "App/BlockModalWindowController.h"
 #include "App/DeviceAuthorization.h"
 #include "App/ManagedWindows.h"
+#include "App/Shortcuts.h"
 #include "Platform/Memory/MemoryPasteboard.h"
 #include "Platform/Memory/MemoryWindowStacking.h"
 #include "Platform/Memory/MemoryWorkspace.h"
@@ -33,6 +34,16 @@ public:
     void openPopover();
     void openSettings(int tab);
     void openBlockModal(const BlockModal& modal);
+
+    /// The settings of somebody who is signed in.
+    void openTab(int tab);
+
+    template <class ViewModel>
+    ViewModel& openTab(int tab)
+    {
+        openTab(tab);
+        return tabViewModel<ViewModel>();
+    }
 
     /// Of the block screen that is open.
     [[nodiscard]] static BlockModalViewModel& blockModalViewModel();

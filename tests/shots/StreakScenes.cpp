@@ -7,18 +7,10 @@ namespace stillgate::test
 namespace
 {
 
-constexpr int streakTab = 1;
-
 void show(Stage& stage, Streak streak)
 {
-    stage.signIn();
     stage.state.streak = std::move(streak);
-    stage.openSettings(streakTab);
-}
-
-void none(Stage& stage)
-{
-    show(stage, {});
+    stage.openTab(settingstab::streak);
 }
 
 /// On a Thursday.
@@ -47,18 +39,16 @@ void withoutPictures(Stage& stage)
     show(stage, {.currentStreakDays = 14, .longestStreakDays = 14});
 }
 
-constexpr Scene scenes[] = {
-    {"streak", "none", none},
-    {"streak", "three-days", threeDays},
-    {"streak", "years", years},
-    {"streak", "without-pictures", withoutPictures},
-};
-
 } // namespace
 
-std::span<const Scene> streakScenes()
+std::vector<Scene> streakScenes()
 {
-    return scenes;
+    return {
+        {"streak", "none", [](Stage& stage) { show(stage, {}); }},
+        {"streak", "three-days", threeDays},
+        {"streak", "years", years},
+        {"streak", "without-pictures", withoutPictures},
+    };
 }
 
 } // namespace stillgate::test
