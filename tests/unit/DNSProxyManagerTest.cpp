@@ -3,16 +3,12 @@
 #include "Platform/Memory/MemoryLog.h"
 #include "Platform/Memory/MemorySystemExtensions.h"
 #include "tests/support/Await.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Matchers.h"
 
 namespace stillgate
 {
 
 using namespace test;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class DNSProxySetup : public testing::Test
 {

@@ -1,14 +1,15 @@
 #include "App/InstalledApp.h"
 
 #include "Platform/Memory/MemoryWorkspace.h"
+#include "tests/support/Matchers.h"
 
 #include <QLocale>
-#include <gmock/gmock.h>
 
 namespace stillgate
 {
 
-using testing::ElementsAre;
+using namespace test;
+
 using testing::FieldsAre;
 
 /// In a language of the application.

@@ -10,17 +10,13 @@
 #include "Platform/Memory/MemoryWorkspace.h"
 #include "tests/support/FakeBackend.h"
 #include "tests/support/FakeShell.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Matchers.h"
 
 namespace stillgate
 {
 
 using namespace test;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 /// The monitor with its block screen, on a desktop in memory at noon.
 class Monitor : public testing::Test
@@ -93,6 +89,8 @@ protected:
 TEST_F(Monitor, forbiddenAppIsHiddenWhereverItComesFrom)
 {
     m_workspace.bringToFront("org.Chess");
+    m_time.advance(0ms);
+    EXPECT_TRUE(m_windows.isPrepared) << "there can be one";
     EXPECT_FALSE(isScreenUp()) << "nobody watches yet";
     m_monitor.startMonitoring();
     EXPECT_THAT(told("org.Chess"), ElementsAre("hide")) << "it was there at the start";
@@ -119,12 +117,8 @@ TEST_F(Monitor, oneScreenForAnAppThatComesBackBelowIt)
     m_workspace.bringToFront(chess);
     m_time.advance(10s);
     EXPECT_EQ(m_monitor.blockedAppAttempts.value(), 1);
+    EXPECT_THAT(m_windows.blockModals, SizeIs(1));
     EXPECT_THAT(told(chess), ElementsAre("hide", "hide")) << "never quit: the user's work may be in it";
-
-    configure({.customBlockedBundleIds = {chess, "org.poker"}});
-    m_workspace.bringToFront("org.poker");
-    EXPECT_THAT(m_windows.blockModals, SizeIs(2));
-    EXPECT_THAT(m_windows.onScreen, SizeIs(1)) << "one takes the other's place";
 }
 
 TEST_F(Monitor, strictAppThatIsStartedOnceMoreBelowItsScreenIsQuit)
@@ -180,33 +174,31 @@ TEST_F(Monitor, strictBlockQuitsAndEndsWhatDoesNotObey)
     {
         std::string policy;
         std::string guardianMode;
-        bool isStrict;
-    } cases[] = {{"permanent", "flexible", true}, {"cooldown", "flexible", false}, {"flexible", "permanent", true},
-        {"flexible", "flexible", false}};
+        bool isPolite;
+        std::vector<std::string> told;
+    } cases[] = {
+        {"permanent", "flexible", true, {"terminate"}},
+        {"permanent", "flexible", false, {"terminate", "forceTerminate"}},
+        {"flexible", "permanent", false, {"terminate", "forceTerminate"}},
+        {"cooldown", "flexible", false, {"hide"}},
+    };
 
-    for (const auto& [policy, guardianMode, isStrict] : cases) {
+    for (const auto& [policy, guardianMode, isPolite, expected] : cases) {
         SCOPED_TRACE(policy + " under " + guardianMode);
-        configure({.customBlockedBundleIds = {chess, "org.stubborn"},
-            .bundleIdPolicies = {{chess, policy}, {"org.stubborn", policy}},
+        configure({.customBlockedBundleIds = {chess},
+            .bundleIdPolicies = {{chess, policy}},
             .guardianFlexibilityMode = guardianMode});
-        for (const std::string app : {chess, "org.stubborn"}) {
-            m_workspace.app(app).told.clear();
-            m_workspace.app(app).isPolite = app == chess;
-            m_workspace.bringToFront(app);
-            EXPECT_EQ(screen().allowBypass, !isStrict);
-            EXPECT_EQ(m_windows.blockModalActions.onContinue != nullptr, !isStrict);
-            dismiss();
-            m_workspace.leaveNothingInFront();
-        }
+        m_workspace.app(chess).told.clear();
+        m_workspace.app(chess).terminated = false;
+        m_workspace.app(chess).isPolite = isPolite;
+        m_workspace.bringToFront(chess);
+        EXPECT_EQ(screen().allowBypass, expected.front() == "hide");
+        dismiss();
+        m_workspace.leaveNothingInFront();
         m_time.advance(499ms);
-        const auto first = isStrict ? "terminate" : "hide";
-        EXPECT_THAT(told("org.stubborn"), ElementsAre(first));
+        EXPECT_THAT(told(chess), ElementsAre(expected.front()));
         m_time.advance(1ms);
-        EXPECT_THAT(told(chess), ElementsAre(first));
-        if (isStrict)
-            EXPECT_THAT(told("org.stubborn"), ElementsAre("terminate", "forceTerminate"));
-        else
-            EXPECT_THAT(told("org.stubborn"), ElementsAre("hide"));
+        EXPECT_EQ(told(chess), expected);
     }
 }
 
@@ -381,19 +373,6 @@ TEST_F(Monitor, answerThatComesTooLateIsNoBlock)
     m_monitor.startMonitoring();
     m_browsers.slowness->happen();
     EXPECT_EQ(m_windows.blockModals.size(), 1U) << "the check of the new start alone";
-}
-
-TEST_F(Monitor, preparesTheScreenWhenThereCanBeOne)
-{
-    m_time.advance(0ms);
-    EXPECT_TRUE(m_windows.isPrepared);
-    FakeWindowFactory windows;
-    BlockModalWindowController blockModal{m_backend};
-    blockModal.showIn(windows);
-    ProcessMonitorService idle{desktop(blockModal)};
-    idle.setConfiguration({});
-    m_time.advance(1s);
-    EXPECT_FALSE(windows.isPrepared);
 }
 
 TEST_F(Monitor, withoutWindowsAppsAreStoppedAllTheSame)
