@@ -445,6 +445,7 @@ TEST_F(QuickBlocks, sitesOfARunThatCrashedGoWithTheNextStart)
         const auto writes = m_writer.requests.size();
         m_time.advance(1min);
         EXPECT_THAT(m_writer.requests, SizeIs(writes));
+        stop();
     }
 }
 
