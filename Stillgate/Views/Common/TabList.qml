@@ -21,26 +21,11 @@ ListView {
     readonly property int margin: width < 560 ? Tokens.space24 : Tokens.space32
     readonly property real columnWidth: Math.min(width - 2 * margin, 760)
     readonly property real columnX: (width - columnWidth) / 2
-    readonly property Item focused: Window.activeFocusItem
-    readonly property real line: 40
     readonly property real beginning: originY - topMargin // it moves when the heading needs more lines
     property real beginningBefore
 
-    function isOnPage(item: Item): bool {
-        let at = item;
-        while (at && at !== contentItem)
-            at = at.parent;
-        return at !== null;
-    }
-
-    function reveal(item: Item) {
-        const top = item.mapToItem(contentItem, 0, 0).y - Tokens.space16;
-        const bottom = top + item.height + 2 * Tokens.space16;
-        scrollTo(bottom > contentY + height ? bottom - height : Math.min(top, contentY));
-    }
-
     function scrollTo(y: real) {
-        contentY = Math.max(beginning, Math.min(y, originY + contentHeight + bottomMargin - height));
+        scrolling.scrollTo(y);
     }
 
     focus: true
@@ -60,19 +45,18 @@ ListView {
             contentY = beginning;
         beginningBefore = beginning;
     }
-    onFocusedChanged: if (focused && isOnPage(focused))
-        reveal(focused)
-    Keys.onDownPressed: scrollTo(contentY + line)
-    Keys.onUpPressed: scrollTo(contentY - line)
+    Keys.forwardTo: [scrolling]
     Keys.onPressed: event => {
-        if (event.key === Qt.Key_PageDown)
-            scrollTo(contentY + height - line);
-        else if (event.key === Qt.Key_PageUp)
-            scrollTo(contentY - height + line);
-        else if (event.key === Qt.Key_Home)
+        if (event.key === Qt.Key_Home)
             positionViewAtBeginning();
         else if (event.key === Qt.Key_End)
             positionViewAtEnd();
+    }
+
+    KeyboardScrolling {
+        id: scrolling
+
+        flickable: page
     }
 
     // qmllint disable unqualified
