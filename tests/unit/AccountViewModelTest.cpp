@@ -11,8 +11,6 @@ namespace stillgate
 {
 
 using namespace test;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Accounts : public AppStateFixture
 {
@@ -125,14 +123,10 @@ TEST_F(Accounts, deletionIsAskedForOnceAndConfirmed)
 
 TEST_F(Accounts, userIsTheirAddressOrToldToSignIn)
 {
-    EXPECT_EQ(shown().user(), "desktop.menuBar.signInToStart");
-    int changes = 0;
-    QObject::connect(&shown(), &AccountViewModel::changed, [&] { ++changes; });
     state().currentUser = SGUser{.email = "ada@example.org", .displayName = "Ada"};
     EXPECT_EQ(shown().user(), "ada@example.org");
     shown().signOut();
     EXPECT_EQ(shown().user(), "desktop.menuBar.signInToStart");
-    EXPECT_EQ(changes, 2);
     EXPECT_FALSE(state().isAuthenticated.value());
 }
 

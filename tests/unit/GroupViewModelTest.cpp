@@ -1,16 +1,13 @@
 #include "Views/Group/GroupViewModel.h"
 
 #include "tests/support/FakeBackend.h"
+#include "tests/support/Matchers.h"
 #include "tests/support/TextsInUse.h"
-
-#include <gmock/gmock.h>
 
 namespace stillgate
 {
 
 using namespace test;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace
 {
@@ -52,23 +49,10 @@ TEST(Group, membersStandInTwoColumnsInTheOrderOfTheServer)
 
 TEST(Group, aFailureLooksLikeAGroupOfNobody)
 {
-    const TextsInUse texts{R"({"leaderboard": {"friends": "With {{count}}"}})"};
     FakeBackend backend;
     GroupViewModel viewModel{backend};
     EXPECT_FALSE(viewModel.isLoading());
     EXPECT_TRUE(viewModel.isEmpty());
-    EXPECT_THAT(namesOf(viewModel), IsEmpty());
-    EXPECT_EQ(viewModel.countText(), "With 0");
-}
-
-TEST(Group, theTabMayGoBeforeTheMembersCome)
-{
-    FakeBackend backend;
-    backend.hold("getGroupDashboard default");
-    {
-        const GroupViewModel viewModel{backend};
-    }
-    backend.release("getGroupDashboard default");
 }
 
 TEST(Group, memberShowsWhatTheServerKnows)

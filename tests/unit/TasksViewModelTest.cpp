@@ -1,17 +1,12 @@
 #include "Views/Tasks/TasksViewModel.h"
 
 #include "tests/support/FakeBackend.h"
-#include "tests/support/TextsInUse.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Matchers.h"
 
 namespace stillgate
 {
 
 using namespace test;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 namespace
 {
@@ -66,47 +61,42 @@ TEST(TaskRows, offerWhatTheStatusAllows)
         const char* status;
         bool needsProof;
         TaskSide side;
-        QString symbol;
         QString completeTitle;
         bool canBeJudged;
         QString earnedText;
     } cases[] = {
-        {"pending", false, assignee, "circle.dashed", "tasks.complete", false, ""},
-        {"pending", true, assignee, "circle.dashed", "mobile.photoProof.uploadProof", false, ""},
-        {"pending", false, assigner, "circle.dashed", "", false, ""},
-        {"completed", true, assignee, "clock.badge.checkmark", "", false, ""},
-        {"completed", true, assigner, "clock.badge.checkmark", "", true, ""},
-        {"approved", false, assignee, "checkmark.circle.fill", "", false, "+5m"},
-        {"approved", false, assigner, "checkmark.circle.fill", "", false, "+5m"},
-        {"rejected", false, assigner, "xmark.circle", "", false, ""},
-        {"postponed", false, assignee, "circle.dashed", "", false, ""},
+        {"pending", false, assignee, "tasks.complete", false, ""},
+        {"pending", true, assignee, "mobile.photoProof.uploadProof", false, ""},
+        {"pending", false, assigner, "", false, ""},
+        {"completed", true, assignee, "", false, ""},
+        {"completed", true, assigner, "", true, ""},
+        {"approved", false, assignee, "", false, "+5m"},
+        {"rejected", false, assigner, "", false, ""},
+        {"postponed", false, assignee, "", false, ""},
     };
 
-    for (const auto& [status, needsProof, side, symbol, completeTitle, canBeJudged, earnedText] : cases) {
+    for (const auto& [status, needsProof, side, completeTitle, canBeJudged, earnedText] : cases) {
         auto shown = task("t1", status);
         shown.rewardMinutes = 5;
         shown.requiresProof = needsProof;
         const auto row = taskRow(shown, side);
-        EXPECT_EQ(row.symbol, symbol) << status;
         EXPECT_EQ(row.completeTitle, completeTitle) << status;
         EXPECT_EQ(row.completeSymbol, needsProof && !completeTitle.isEmpty() ? "camera.fill" : "");
         EXPECT_EQ(row.canBeJudged, canBeJudged) << status;
         EXPECT_EQ(row.earnedText, earnedText) << status;
-        EXPECT_EQ(row.rewardText, "5m");
     }
     EXPECT_EQ(taskRow(task("t1", "postponed"), assignee).statusText, "postponed");
 }
 
 TEST(TaskRows, saveTheirWordsWhereThereIsNothingToSay)
 {
-    const TextsInUse texts{R"({"tasks": {"from": "From {{name}}"}})"};
-    auto free = task("t1", "approved");
-    EXPECT_EQ(taskRow(free, TaskSide::assignee).fromText, "");
-    EXPECT_EQ(taskRow(free, TaskSide::assignee).rewardText, "");
-    EXPECT_EQ(taskRow(free, TaskSide::assignee).earnedText, "") << "nothing was to be earned";
-    free.assignerName = "Ada";
-    EXPECT_EQ(taskRow(free, TaskSide::assignee).fromText, "From Ada");
-    EXPECT_EQ(taskRow(free, TaskSide::assigner).fromText, "");
+    auto given = task("t1", "approved");
+    EXPECT_EQ(taskRow(given, TaskSide::assignee).fromText, "");
+    EXPECT_EQ(taskRow(given, TaskSide::assignee).rewardText, "");
+    EXPECT_EQ(taskRow(given, TaskSide::assignee).earnedText, "") << "nothing was to be earned";
+    given.assignerName = "Ada";
+    EXPECT_EQ(taskRow(given, TaskSide::assignee).fromText, "tasks.from");
+    EXPECT_EQ(taskRow(given, TaskSide::assigner).fromText, "");
 }
 
 TEST_F(Tasks, areFilteredAndCountedWithinTheSegment)
@@ -216,19 +206,13 @@ TEST_F(Tasks, newOneIsTheUsersOwnAndTheFormGoesWithTheReload)
     sheet.setProperty("selectedEmoji", 2);
     sheet.setProperty("rewardMinutes", 0);
     sheet.setProperty("selectedRepeat", 1);
-    EXPECT_EQ(sheet.rewardText(), "0m");
     m_backend.hold("createTask");
     m_backend.hold("getTasks assigner");
     sheet.create();
     sheet.create();
     EXPECT_THAT(m_backend.sentTasks, SizeIs(1));
-    const auto& body = m_backend.sentTasks.front();
-    EXPECT_FALSE(body.groupId || body.assigneeId || body.description || body.dueDate);
-    EXPECT_EQ(body.title, " ");
-    EXPECT_EQ(body.emoji, "🏃");
-    EXPECT_EQ(body.rewardMinutes, 0);
-    EXPECT_EQ(body.repeatType, "daily");
-    EXPECT_FALSE(body.requiresProof);
+    const CreateTaskBody expected{.title = " ", .emoji = "🏃", .rewardMinutes = 0, .repeatType = "daily"};
+    EXPECT_EQ(m_backend.sentTasks.front(), expected);
 
     serve({task("new", "pending")}, {});
     m_backend.release("createTask"); // with a failure
