@@ -103,18 +103,7 @@ TEST_F(DeviceSignIn, keepsToAnIntervalThatATimerCanTake)
     }
 }
 
-TEST_F(DeviceSignIn, slowPollIsNotDoubled)
-{
-    m_backend.hold("pollDeviceCode one");
-    appear();
-    m_time.advance(20s);
-    EXPECT_EQ(count("pollDeviceCode one"), 1);
-    m_backend.release("pollDeviceCode one");
-    m_time.advance(5s);
-    EXPECT_EQ(count("pollDeviceCode one"), 2);
-}
-
-TEST_F(DeviceSignIn, oneRequestForACodeAtATime)
+TEST_F(DeviceSignIn, slowAnswerIsNotAskedForTwice)
 {
     m_backend.hold("requestDeviceCode");
     appear();
@@ -122,9 +111,15 @@ TEST_F(DeviceSignIn, oneRequestForACodeAtATime)
     appear();
     EXPECT_TRUE(authorization().isRequestingDeviceCode);
     EXPECT_THAT(m_backend.calls, ElementsAre("requestDeviceCode"));
+
+    m_backend.hold("pollDeviceCode one");
     m_backend.release("requestDeviceCode");
     EXPECT_FALSE(authorization().isRequestingDeviceCode);
+    m_time.advance(20s);
     EXPECT_EQ(count("pollDeviceCode one"), 1);
+    m_backend.release("pollDeviceCode one");
+    m_time.advance(5s);
+    EXPECT_EQ(count("pollDeviceCode one"), 2);
 }
 
 TEST_F(DeviceSignIn, codeThatCannotBeHadIsAskedForAgain)
@@ -157,9 +152,7 @@ TEST_F(DeviceSignIn, whatEndsTheWaitIsToldInWords)
         {failure(APIError::server(403, "")), false, "errors.generic"},
         {failure(APIError::server(404, "No such code")), true, std::nullopt},
         {failure(APIError::server(500, "Too busy")), false, "Too busy"},
-        {FakeBackend::unreachable(), false, "Network error: unreachable"},
         {failure(DecodingFailure{"status", "missing"}), false, "status: missing"},
-        {DeviceCodePollResponse{.status = "approved"}, false, "errors.generic"},
         {DeviceCodePollResponse{.status = "approved", .accessToken = "access", .refreshToken = "refresh"}, false,
             "errors.generic"},
     };
@@ -230,9 +223,8 @@ TEST_F(DeviceSignIn, approvalCountsWhenItsScreenIsGone)
 TEST_F(DeviceSignIn, answerForACodeGivenUpHarmsNoNewerOne)
 {
     using Answer = Result<DeviceCodePollResponse>;
-    const Answer answers[] = {FakeBackend::unreachable(), failure(APIError::server(404, "")),
-        DeviceCodePollResponse{.status = "denied"}, DeviceCodePollResponse{.status = "approved"}};
-    for (const auto& answer : answers) {
+    for (const auto& answer : {Answer{FakeBackend::unreachable()}, Answer{failure(APIError::server(404, ""))},
+             Answer{DeviceCodePollResponse{.status = "denied"}}}) {
         m_backend.deviceCode = deviceCode("one");
         m_backend.hold("pollDeviceCode one");
         authorization().loadDeviceCode();
@@ -310,11 +302,9 @@ TEST_F(DeviceSignIn, approvalPageNamesTheCode)
         {"https://a.example/link?lang=en&x=%20#top", std::nullopt,
             "https://a.example/link?lang=en&x=%20&user_code=A%2BB%20%26%3D#top"},
         {"https://a.example/link", "https://b.example/c?code=1", "https://b.example/c?code=1"},
-        {"https://a.example/link", "", "https://a.example/link?user_code=A%2BB%20%26%3D"},
         {"https://a.example/link", "http://b example", "https://a.example/link?user_code=A%2BB%20%26%3D"},
         {"https://a.example/link", "javascript:alert(1)", "https://a.example/link?user_code=A%2BB%20%26%3D"},
         {"", std::nullopt, std::nullopt},
-        {"http://[", std::nullopt, std::nullopt},
         {"file:///etc/passwd", "link", std::nullopt},
     };
 

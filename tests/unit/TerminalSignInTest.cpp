@@ -108,13 +108,8 @@ TEST_F(Terminal, codeThatRunsOutEndsIt)
 
 TEST_F(Terminal, gatesAreToldInTheWordsOfTheBackend)
 {
-    const struct
-    {
-        AppConfig configuration;
-        std::string line;
-    } cases[] = {
+    const std::pair<AppConfig, std::string> cases[] = {
         {{.maintenanceMode = true, .maintenanceMessage = "Back\x1b[2J at\nnine"}, "Back [2J at nine"},
-        {{.maintenanceMode = true}, "maintenance"},
         {{.minVersion = "2.0", .forceUpdateMessage = "Please update"}, "Please update"},
         {{.minVersion = "2.0"}, "update"},
     };

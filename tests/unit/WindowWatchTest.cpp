@@ -75,26 +75,6 @@ TEST_F(Windows, thatCannotBeMadeIsTriedAgain)
     EXPECT_THAT(m_onScreen, IsEmpty()) << "what the user has closed doesn't come back";
 }
 
-TEST_F(Windows, followASessionFromTheFirstStartToItsEnd)
-{
-    m_session.isOnboarding = true;
-    m_windows.open(windowid::onboarding);
-    m_watch.start();
-    set(m_session.isOnboarding, false);
-    EXPECT_THAT(m_onScreen, ElementsAre("auth"));
-
-    set(m_session.isAuthenticated, true);
-    pass();
-    EXPECT_THAT(m_onScreen, IsEmpty());
-    EXPECT_EQ(m_startedServices, 1);
-
-    set(m_session.isAuthenticated, false);
-    EXPECT_THAT(m_onScreen, ElementsAre("auth"));
-    m_factory.closeByHand("auth");
-    pass();
-    EXPECT_THAT(m_onScreen, IsEmpty()) << "nothing has changed";
-}
-
 TEST_F(Windows, maintenanceStandsOverASessionAndItsEnd)
 {
     startSignedIn();
