@@ -55,14 +55,11 @@ Browser::Browser(const std::string& acceptLanguage)
 Browser::~Browser()
 {
     try {
-        command(Method::remove, "");
+        command("DELETE", "");
     } catch (const std::exception&) { // it has crashed, perhaps: then there is nothing to close
     }
     m_driver.terminate();
-    if (!m_driver.waitForFinished(longestWait)) {
-        m_driver.kill();
-        m_driver.waitForFinished();
-    }
+    m_driver.waitForFinished(longestWait); // or else it is killed with the object
 }
 
 void Browser::startDriver()
@@ -92,7 +89,7 @@ void Browser::startSession(const std::string& acceptLanguage)
     const json capabilities{{"browserName", "chrome"}, {"goog:loggingPrefs", {{"browser", "ALL"}}},
         {"goog:chromeOptions", chromiumOptions(m_home.path() / "profile", acceptLanguage)},
         {"timeouts", {{"pageLoad", longestWait}, {"script", longestWait}, {"implicit", longestWait}}}};
-    const auto session = request(Method::post, "/session", {{"capabilities", {{"alwaysMatch", capabilities}}}});
+    const auto session = command("POST", "/session", {{"capabilities", {{"alwaysMatch", capabilities}}}});
     m_address += "/session/" + session.at("sessionId").get<std::string>();
 }
 
@@ -104,24 +101,24 @@ void Browser::setViewport(int width, int height)
 
 void Browser::open(const std::string& url)
 {
-    command(Method::post, "/url", {{"url", url}});
+    command("POST", "/url", {{"url", url}});
 }
 
 void Browser::click(const std::string& css)
 {
-    command(Method::post, "/element/" + element(css) + "/click", json::object());
+    command("POST", "/element/" + element(css) + "/click", json::object());
 }
 
 void Browser::type(const std::string& css, const std::string& text)
 {
     const auto id = element(css);
-    command(Method::post, "/element/" + id + "/clear", json::object());
-    command(Method::post, "/element/" + id + "/value", {{"text", text}});
+    command("POST", "/element/" + id + "/clear", json::object());
+    command("POST", "/element/" + id + "/value", {{"text", text}});
 }
 
 void Browser::press(const std::string& keys)
 {
-    command(Method::post, "/actions", keyActions(keys));
+    command("POST", "/actions", keyActions(keys));
 }
 
 void Browser::follow(const std::function<void()>& step)
@@ -143,42 +140,39 @@ void Browser::waitFor(const std::string& css)
 
 bool Browser::has(const std::string& css)
 {
-    waitAtMost(0);
-    const bool isThere = !elements(css).empty();
-    waitAtMost(longestWait);
-    return isThere;
+    return evaluate("return document.querySelector(" + json(css).dump() + ") !== null");
 }
 
 std::string Browser::text(const std::string& css)
 {
-    return command(Method::get, "/element/" + element(css) + "/text");
+    return command("GET", "/element/" + element(css) + "/text");
 }
 
 std::string Browser::attribute(const std::string& css, const std::string& name)
 {
-    const auto value = command(Method::get, "/element/" + element(css) + "/attribute/" + name);
+    const auto value = command("GET", "/element/" + element(css) + "/attribute/" + name);
     return value.is_null() ? std::string{} : value.get<std::string>();
 }
 
 std::string Browser::url()
 {
-    return command(Method::get, "/url");
+    return command("GET", "/url");
 }
 
 std::string Browser::title()
 {
-    return command(Method::get, "/title");
+    return command("GET", "/title");
 }
 
 json Browser::evaluate(const std::string& script)
 {
-    return command(Method::post, "/execute/sync", {{"script", script}, {"args", json::array()}});
+    return command("POST", "/execute/sync", {{"script", script}, {"args", json::array()}});
 }
 
 std::vector<std::string> Browser::takeComplaints()
 {
     std::vector<std::string> complaints;
-    for (const auto& entry : command(Method::post, "/se/log", {{"type", "browser"}})) {
+    for (const auto& entry : command("POST", "/se/log", {{"type", "browser"}})) {
         if (entry.at("level") == "SEVERE" || entry.at("level") == "WARNING")
             complaints.push_back(entry.at("message"));
     }
@@ -195,35 +189,17 @@ void Browser::screenshot(const std::filesystem::path& file)
     putFile(file, QByteArray::fromBase64(encoded).toStdString());
 }
 
-void Browser::waitAtMost(int milliseconds)
-{
-    command(Method::post, "/timeouts", {{"implicit", milliseconds}});
-}
-
-std::vector<std::string> Browser::elements(const std::string& css)
-{
-    std::vector<std::string> ids;
-    for (const auto& found : command(Method::post, "/elements", {{"using", "css selector"}, {"value", css}}))
-        ids.push_back(found.at(elementKey));
-    return ids;
-}
-
 std::string Browser::element(const std::string& css)
 {
-    return command(Method::post, "/element", {{"using", "css selector"}, {"value", css}}).at(elementKey);
-}
-
-json Browser::command(Method method, const std::string& path, const json& body)
-{
-    return request(method, path, body);
+    return command("POST", "/element", {{"using", "css selector"}, {"value", css}}).at(elementKey);
 }
 
 json Browser::chromium(const std::string& name, const json& parameters)
 {
-    return command(Method::post, "/goog/cdp/execute", {{"cmd", name}, {"params", parameters}});
+    return command("POST", "/goog/cdp/execute", {{"cmd", name}, {"params", parameters}});
 }
 
-json Browser::request(Method method, const std::string& path, const json& body)
+json Browser::command(const char* method, const std::string& path, const json& body)
 {
     const auto sent = body.is_null() ? QByteArray{} : QByteArray::fromStdString(body.dump());
     const auto bytes = await(exchange(method, path, sent));
@@ -238,22 +214,11 @@ json Browser::request(Method method, const std::string& path, const json& body)
     return value;
 }
 
-Task<QByteArray> Browser::exchange(Method method, std::string path, QByteArray body)
+Task<QByteArray> Browser::exchange(const char* method, std::string path, QByteArray body)
 {
     QNetworkRequest message{QUrl{QString::fromStdString(m_address + path)}};
     message.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
-    const auto send = [&] {
-        switch (method) {
-        case Method::get:
-            return m_network.get(message);
-        case Method::remove:
-            return m_network.deleteResource(message);
-        case Method::post:
-            break;
-        }
-        return m_network.post(message, body);
-    };
-    auto* const reply = send();
+    auto* const reply = m_network.sendCustomRequest(message, method, body);
     OneShotEvent ended;
     QObject::connect(reply, &QNetworkReply::finished, reply, [&ended] { ended.happen(); });
     co_await ended;

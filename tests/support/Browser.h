@@ -73,23 +73,18 @@ public:
     void screenshot(const std::filesystem::path& file);
 
 private:
-    enum class Method { get, post, remove };
-
     void startDriver();
     void startSession(const std::string& acceptLanguage);
-    void waitAtMost(int milliseconds);
 
-    /// A command of the session; "" is the session itself.
-    nlohmann::json command(Method method, const std::string& path, const nlohmann::json& body = nullptr);
+    /// A command of the session, with "GET", "POST" or "DELETE"; the path "" is the session itself. Throws with the
+    /// answer's message if it is an error.
+    nlohmann::json command(const char* method, const std::string& path, const nlohmann::json& body = nullptr);
 
     /// A command of Chromium's own protocol.
     nlohmann::json chromium(const std::string& name, const nlohmann::json& parameters);
 
-    /// Throws with the answer's message if it is an error.
-    nlohmann::json request(Method method, const std::string& path, const nlohmann::json& body);
-    Task<QByteArray> exchange(Method method, std::string path, QByteArray body);
+    Task<QByteArray> exchange(const char* method, std::string path, QByteArray body);
 
-    [[nodiscard]] std::vector<std::string> elements(const std::string& css);
     [[nodiscard]] std::string element(const std::string& css);
 
     TemporaryFolder m_home;
