@@ -2,6 +2,7 @@
 
 #include "App/Shortcuts.h"
 #include "DesignSystem/Tokens.h"
+#include "Views/Common/Follow.h"
 #include "Views/Common/TextOf.h"
 #include "Views/Tasks/TaskRows.h"
 
@@ -58,12 +59,9 @@ DashboardViewModel::DashboardViewModel(AppState& state, AppMonitor& monitor, Not
     : m_state(state)
     , m_monitor(monitor)
     , m_notifications(notifications)
+    , m_notifiers(follow([this] { update(); }, state.isBlockingActive, state.budget, state.tasks, state.schedules,
+          state.blockRules, state.streak, state.devices, monitor.blockedAppAttempts))
 {
-    const auto follow = [this](auto&... fields) {
-        (m_notifiers.push_back(fields.addNotifier([this] { update(); })), ...);
-    };
-    follow(state.isBlockingActive, state.budget, state.tasks, state.schedules, state.blockRules, state.streak,
-        state.devices, monitor.blockedAppAttempts);
     update();
     runDetached(state.refreshData());
 }

@@ -1,6 +1,7 @@
 #include "Views/Gates/ForceUpdateViewModel.h"
 
 #include "Localization/L.h"
+#include "Views/Common/Follow.h"
 
 namespace stillgate
 {
@@ -21,11 +22,8 @@ ForceUpdateViewModel::ForceUpdateViewModel(SessionData& session, const Bundle& b
     : m_session(session)
     , m_bundle(bundle)
     , m_workspace(workspace)
-{
-    const auto notify = [this] { Q_EMIT changed(); };
-    m_notifiers.push_back(session.forceUpdateMessage.addNotifier(notify));
-    m_notifiers.push_back(session.requiredVersion.addNotifier(notify));
-}
+    , m_notifiers(follow([this] { Q_EMIT changed(); }, session.forceUpdateMessage, session.requiredVersion))
+{}
 
 QString ForceUpdateViewModel::message() const
 {

@@ -2,6 +2,7 @@
 
 #include "App/Shortcuts.h"
 #include "DesignSystem/Tokens.h"
+#include "Views/Common/Follow.h"
 #include "Views/Common/Minutes.h"
 #include "Views/Common/TextOf.h"
 
@@ -51,11 +52,9 @@ PopoverViewModel::PopoverViewModel(const PopoverServices& services)
     , m_quickBlock(services.monitor, services.clock, services.scheduler, [this] { Q_EMIT changed(); })
 {
     auto& session = services.session;
-    const auto follow = [this](auto&... fields) {
-        (m_notifiers.push_back(fields.addNotifier([this] { Q_EMIT changed(); })), ...);
-    };
-    follow(session.isAuthenticated, session.isBlockingActive, session.isOffline, session.isStarting, session.streak,
-        session.blockRules, session.budget, session.sharingCode, services.monitor.blockedAppAttempts);
+    m_notifiers = follow([this] { Q_EMIT changed(); }, session.isAuthenticated, session.isBlockingActive,
+        session.isOffline, session.isStarting, session.streak, session.blockRules, session.budget, session.sharingCode,
+        services.monitor.blockedAppAttempts);
     m_notifiers.push_back(session.isAuthenticated.addNotifier([this] { Q_EMIT actionsChanged(); }));
 }
 

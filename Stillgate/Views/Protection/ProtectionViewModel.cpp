@@ -1,5 +1,6 @@
 #include "Views/Protection/ProtectionViewModel.h"
 
+#include "Views/Common/Follow.h"
 #include "Views/Common/TextOf.h"
 
 #include <algorithm>
@@ -29,9 +30,9 @@ ProtectionViewModel::ProtectionViewModel(const ProtectionServices& services)
             openQuickBlock();
     }))
 {
+    m_notifiers =
+        follow([this] { Q_EMIT changed(); }, services.monitor.isMonitoring, services.monitor.blockedAppAttempts);
     m_notifiers.push_back(services.state.blockRules.addNotifier([this] { updateRules(); }));
-    m_notifiers.push_back(services.monitor.isMonitoring.addNotifier([this] { Q_EMIT changed(); }));
-    m_notifiers.push_back(services.monitor.blockedAppAttempts.addNotifier([this] { Q_EMIT changed(); }));
     updateRules();
 }
 

@@ -1,5 +1,6 @@
 #include "Views/SignIn/AuthViewModel.h"
 
+#include "Views/Common/Follow.h"
 #include "Views/Common/TextOf.h"
 
 namespace stillgate
@@ -7,13 +8,9 @@ namespace stillgate
 
 AuthViewModel::AuthViewModel(DeviceAuthorization& authorization)
     : m_authorization(authorization)
-{
-    const auto notify = [this] { Q_EMIT changed(); };
-    m_notifiers.push_back(authorization.deviceCode.addNotifier(notify));
-    m_notifiers.push_back(authorization.isExpired.addNotifier(notify));
-    m_notifiers.push_back(authorization.isRequestingDeviceCode.addNotifier(notify));
-    m_notifiers.push_back(authorization.deviceAuthErrorMessage.addNotifier(notify));
-}
+    , m_notifiers(follow([this] { Q_EMIT changed(); }, authorization.deviceCode, authorization.isExpired,
+          authorization.isRequestingDeviceCode, authorization.deviceAuthErrorMessage))
+{}
 
 AuthViewModel::Phase AuthViewModel::phase() const
 {
