@@ -123,10 +123,13 @@ TEST_F(Accounts, deletionIsAskedForOnceAndConfirmed)
 
 TEST_F(Accounts, userIsTheirAddressOrToldToSignIn)
 {
+    int changes = 0;
+    QObject::connect(&shown(), &AccountViewModel::changed, [&] { ++changes; });
     state().currentUser = SGUser{.email = "ada@example.org", .displayName = "Ada"};
     EXPECT_EQ(shown().user(), "ada@example.org");
     shown().signOut();
     EXPECT_EQ(shown().user(), "desktop.menuBar.signInToStart");
+    EXPECT_EQ(changes, 2);
     EXPECT_FALSE(state().isAuthenticated.value());
 }
 

@@ -229,12 +229,6 @@ TEST_F(Shell, secondStartShowsWhatThereIs)
     delegate().applicationReopened();
     EXPECT_THAT(m_factory.settings, ElementsAre("shown"));
 
-    state().logout();
-    pass();
-    m_factory.closeByHand("auth");
-    delegate().applicationReopened();
-    EXPECT_THAT(m_onScreen, ElementsAre("auth"));
-
     for (auto* gate : {&state().requiresForceUpdate, &state().isMaintenanceMode}) {
         *gate = true;
         pass();
@@ -257,8 +251,6 @@ TEST_F(Shell, secondStartDuringTheFirstAsksNobodyToSignIn)
     m_backend.release("getStreak");
     pass();
     EXPECT_THAT(m_onScreen, IsEmpty());
-    delegate().applicationReopened();
-    EXPECT_THAT(m_factory.settings, ElementsAre("shown"));
 }
 
 TEST_F(Shell, quitsOnceAndAfterItsReport)

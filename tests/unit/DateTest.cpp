@@ -13,11 +13,7 @@ TEST(Date, readsEveryFormOfRFC3339)
 {
     const Date noon = std::chrono::sys_days{std::chrono::year{2026} / 1 / 15} + 12h;
 
-    const struct
-    {
-        const char* text;
-        Date expected;
-    } cases[] = {
+    const std::pair<const char*, Date> cases[] = {
         {"2026-01-15T12:00:00Z", noon},
         {"2026-01-15t12:00:00z", noon},
         {"2026-01-15T12:00:00.5Z", noon + 500ms},

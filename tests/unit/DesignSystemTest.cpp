@@ -53,11 +53,8 @@ TEST(DesignSystem, fillsNoMoreThanTheTrack)
         return count;
     };
 
-    EXPECT_EQ(filledPixels(-1), 0);
-    EXPECT_EQ(filledPixels(0), 0);
-    EXPECT_EQ(filledPixels(0.5), 50);
-    EXPECT_EQ(filledPixels(1), 100);
-    EXPECT_EQ(filledPixels(1.5), 100);
+    for (const auto& [fraction, pixels] : {std::pair{-1.0, 0}, {0, 0}, {0.5, 50}, {1.5, 100}})
+        EXPECT_EQ(filledPixels(fraction), pixels);
 }
 
 TEST(DesignSystem, changesCaseInTheApplicationsLanguage)

@@ -29,11 +29,7 @@ TEST(JSONCoding, failureNamesRecordAndKeyPath)
 {
     const std::string rules = "[" + std::string{wholeRule} + "," + wholeRule + ",";
 
-    const struct
-    {
-        std::string found;
-        std::string expected;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {failureOf<std::vector<BlockRule>>(
              rules + R"({"id":"r","enabled":true,"customDomains":[],"unblockPolicy":"x"}])"),
             "BlockRule[2].excludedDomains: required, but missing"},

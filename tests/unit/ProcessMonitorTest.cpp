@@ -49,11 +49,6 @@ protected:
         m_time.advance(2s);
     }
 
-    void clockShows(int hour, int minute)
-    {
-        m_time.setCivilTime(m_host.startOfDay(m_time.now()) + std::chrono::hours{hour} + std::chrono::minutes{minute});
-    }
-
     ProcessMonitorService::Desktop desktop(BlockModalPresenter& blockModal)
     {
         return {m_workspace, m_browsers, blockModal, m_hostsFile, m_userNotifications, m_time, m_time, m_host};
@@ -229,17 +224,14 @@ TEST_F(Monitor, nightHasAScreenOfItsOwnAndABudgetToo)
     using enum MacBlockVariant;
     m_monitor.startMonitoring();
 
-    const struct
-    {
-        int hour;
-        int minute;
-        MacBlockVariant variant;
-    } cases[] = {{6, 59, sleep}, {7, 0, app}, {21, 59, app}, {22, 0, sleep}, {0, 0, sleep}};
+    const auto midnight = m_host.startOfDay(m_time.now());
+    const std::pair<std::chrono::minutes, MacBlockVariant> cases[] = {
+        {7h - 1min, sleep}, {7h, app}, {22h - 1min, app}, {22h, sleep}, {0h, sleep}};
 
-    for (const auto& [hour, minute, variant] : cases) {
-        clockShows(hour, minute);
+    for (const auto& [time, variant] : cases) {
+        m_time.setCivilTime(midnight + time);
         m_workspace.bringToFront(chess);
-        EXPECT_EQ(screen().variant, variant) << hour << ':' << minute;
+        EXPECT_EQ(screen().variant, variant) << time.count() << " minutes after midnight";
         dismiss();
     }
 

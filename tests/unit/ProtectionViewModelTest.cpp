@@ -197,9 +197,9 @@ TEST_F(Protection, ruleHoldsBeforeTheServerKnowsItAndTakesTheServersForm)
 {
     startOnline();
     m_backend.hold("createBlockRule");
-    auto& editor = openEditorForASite();
-    const auto local = madeBy(editor);
+    const auto local = madeBy(openEditorForASite());
     EXPECT_THAT(blockedNames(), Contains("a.example"));
+
     auto answer = local;
     answer.id = "of-the-server";
     m_backend.createdRule = answer;
@@ -211,8 +211,7 @@ TEST_F(Protection, ruleHoldsBeforeTheServerKnowsItAndTakesTheServersForm)
 TEST_F(Protection, whatTheServerNeverGetsStaysAndIsThereAfterARestart)
 {
     startOnline();
-    auto& editor = openEditorForASite();
-    const auto made = madeBy(editor);
+    const auto made = madeBy(openEditorForASite());
     EXPECT_THAT(m_log.lines, Contains(StartsWith("[CreateRule] API failed: ")));
     EXPECT_EQ(state().blockRules.value()[0].id, made.id);
     EXPECT_THAT(m_files.read(cacheFile).value_or(""), HasSubstr(made.id));
@@ -224,8 +223,7 @@ TEST_F(Protection, refreshTakesNoNewRuleAwayAndBringsNoDeletedOneBack)
     m_backend.hold("getBlockRules");
     auto refresh = state().refreshData();
     m_backend.hold("createBlockRule");
-    auto& editor = openEditorForASite();
-    const auto made = madeBy(editor);
+    const auto made = madeBy(openEditorForASite());
     m_backend.release("getBlockRules");
     await(std::move(refresh));
     EXPECT_THAT(idsInSession(), ElementsAre(made.id)) << "it was made while the refresh was under way";
@@ -262,8 +260,7 @@ TEST_F(Protection, answerForASessionThatIsOverChangesNothing)
 {
     startOnline();
     m_backend.hold("createBlockRule");
-    auto& editor = openEditorForASite();
-    (void)madeBy(editor);
+    (void)madeBy(openEditorForASite());
     state().logout();
     m_backend.createdRule = rule("late", "news");
     m_backend.release("createBlockRule");
@@ -279,6 +276,7 @@ TEST_F(Protection, deletedRuleIsGoneAtOnceWhateverTheServerSays)
     state().blockRules = std::vector{firm, rule("r2", "custom", {"b.example"})};
     state().syncBlockingState();
     EXPECT_THAT(blockedNames(), testing::IsSupersetOf({"a.example", "b.example"}));
+    EXPECT_TRUE(m_monitor.configuration.blockedDomains.contains("a.example"));
     m_viewModel.askToDelete("r1");
     EXPECT_TRUE(m_viewModel.asksToDelete());
     m_viewModel.closeSheet();

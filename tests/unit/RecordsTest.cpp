@@ -1,5 +1,4 @@
 #include "Models/Account.h"
-#include "Models/ScreenTime.h"
 #include "Models/Version.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/Samples.h"

@@ -214,11 +214,7 @@ TEST_F(ScreenTime, aDamagedFileNeverMakesAWrongTotal)
     const std::string today = R"("lastReportDate":1768435200)";
     const auto of = [&](const std::string& usage) { return R"({"appUsage":{)" + usage + "}," + today + "}"; };
 
-    const struct
-    {
-        std::string text;
-        std::int64_t minutes;
-    } cases[] = {
+    const std::pair<std::string, std::int64_t> cases[] = {
         {of(R"("a":60,"b":120)"), 3},
         {of(R"("a":86400,"b":3600)"), 1440}, // 25 hours: the clocks went back
         {of(R"("a":86400,"b":3601)"), 0},

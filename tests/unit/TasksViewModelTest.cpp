@@ -2,6 +2,7 @@
 
 #include "tests/support/FakeBackend.h"
 #include "tests/support/Matchers.h"
+#include "tests/support/TextsInUse.h"
 
 namespace stillgate
 {
@@ -90,12 +91,13 @@ TEST(TaskRows, offerWhatTheStatusAllows)
 
 TEST(TaskRows, saveTheirWordsWhereThereIsNothingToSay)
 {
+    const TextsInUse texts{R"({"tasks": {"from": "From {{name}}"}})"};
     auto given = task("t1", "approved");
     EXPECT_EQ(taskRow(given, TaskSide::assignee).fromText, "");
     EXPECT_EQ(taskRow(given, TaskSide::assignee).rewardText, "");
     EXPECT_EQ(taskRow(given, TaskSide::assignee).earnedText, "") << "nothing was to be earned";
     given.assignerName = "Ada";
-    EXPECT_EQ(taskRow(given, TaskSide::assignee).fromText, "tasks.from");
+    EXPECT_EQ(taskRow(given, TaskSide::assignee).fromText, "From Ada");
     EXPECT_EQ(taskRow(given, TaskSide::assigner).fromText, "");
 }
 
