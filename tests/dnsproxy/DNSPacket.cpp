@@ -1,7 +1,7 @@
 #include "tests/dnsproxy/DNSPacket.h"
 
 #include <algorithm>
-#include <array>
+#include <arpa/nameser.h>
 #include <sstream>
 
 namespace stillgate::test
@@ -29,61 +29,19 @@ void appendRecord(Bytes& bytes, const PacketRecord& record)
     append(bytes, record.data);
 }
 
-/// Throws where it would leave the message.
-class Reader
+/// By libc's own reader. Throws where the bytes are none.
+PacketRecord recordAt(ns_msg& message, ns_sect section, int index)
 {
-public:
-    explicit Reader(View bytes)
-        : m_bytes(bytes.begin(), bytes.end())
-    {}
-
-    std::uint8_t number8() { return m_bytes.at(m_at++); }
-
-    std::uint16_t number16()
-    {
-        const auto high = number8();
-        return static_cast<std::uint16_t>(high << 8U | number8());
-    }
-
-    std::uint32_t number32()
-    {
-        const auto high = number16();
-        return std::uint32_t{high} << 16U | number16();
-    }
-
-    std::string name()
-    {
-        std::string text;
-        for (auto length = number8(); length != 0; length = number8()) {
-            if (length >= 0xc0) {
-                auto other = *this;
-                other.m_at = static_cast<std::size_t>((length & 0x3f) << 8) | number8();
-                return text + other.name();
-            }
-            for (; length > 0; --length)
-                text += static_cast<char>(number8());
-            text += '.';
-        }
-        return text;
-    }
-
-    PacketRecord record(char section)
-    {
-        PacketRecord record{.section = section, .name = name(), .data = {}};
-        record.type = number16();
-        record.recordClass = number16();
-        record.ttl = number32();
-        for (auto length = number16(); length > 0; --length)
-            record.data.push_back(number8());
-        return record;
-    }
-
-    [[nodiscard]] bool isAtEnd() const { return m_at == m_bytes.size(); }
-
-private:
-    Bytes m_bytes;
-    std::size_t m_at = 0;
-};
+    ns_rr record{};
+    if (::ns_parserr(&message, section, index, &record) != 0)
+        throw std::runtime_error{"no record"};
+    const std::string name = record.name;
+    return {.name = name.empty() ? name : name + '.',
+        .type = record.type,
+        .ttl = record.ttl,
+        .data = {record.rdata, record.rdata + record.rdlength},
+        .recordClass = record.rr_class};
+}
 
 } // namespace
 
@@ -116,23 +74,20 @@ Bytes bytesOf(const Ask& ask)
 
 Packet Packet::from(View bytes)
 {
-    Reader reader{bytes};
-    Packet packet{.id = reader.number16(), .flags = reader.number16(), .name = {}, .records = {}};
-    const auto questions = reader.number16();
-    std::array<std::uint16_t, 3> counts{};
-    for (auto& count : counts)
-        count = reader.number16();
-    if (questions > 0) {
-        packet.name = reader.name();
-        packet.type = reader.number16();
-        packet.recordClass = reader.number16();
+    ns_msg message{};
+    if (::ns_initparse(bytes.data(), static_cast<int>(bytes.size()), &message) != 0)
+        throw std::runtime_error{"no message, or bytes behind it"};
+    Packet packet{.id = dns::number16(bytes, 0), .flags = dns::number16(bytes, 2), .name = {}, .records = {}};
+    if (ns_msg_count(message, ns_s_qd) > 0) {
+        const auto question = recordAt(message, ns_s_qd, 0);
+        packet.name = question.name;
+        packet.type = question.type;
+        packet.recordClass = question.recordClass;
     }
-    for (std::size_t section = 0; section < counts.size(); ++section) {
-        for (auto left = counts.at(section); left > 0; --left)
-            packet.records.push_back(reader.record("nud"[section]));
+    for (const auto section : {ns_s_an, ns_s_ns, ns_s_ar}) {
+        for (int index = 0; index < ns_msg_count(message, section); ++index)
+            packet.records.emplace_back(recordAt(message, section, index)).section = " nud"[section];
     }
-    if (!reader.isAtEnd())
-        throw std::runtime_error{"bytes behind the last record"};
     return packet;
 }
 

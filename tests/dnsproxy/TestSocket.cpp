@@ -39,10 +39,10 @@ bool readWhole(int socket, std::span<std::uint8_t> target)
 
 } // namespace
 
-FileDescriptor boundSocket(int type)
+FileDescriptor boundSocket(int type, std::uint16_t port)
 {
     auto socket = checked(::socket(AF_INET, type | SOCK_CLOEXEC, 0));
-    const auto address = loopback(0);
+    const auto address = loopback(port);
     if (::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
         (type == SOCK_STREAM && ::listen(socket.number(), 64) != 0))
         throw std::runtime_error{"no port"};

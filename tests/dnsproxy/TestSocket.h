@@ -12,8 +12,9 @@ namespace stillgate::test
 /// How long a test waits for what has to come, on a machine that is busy with other tests.
 inline constexpr std::chrono::seconds longestWait{20};
 
-/// A socket on 127.0.0.1, on a port of the kernel's choice. Listens if it is one for streams.
-[[nodiscard]] FileDescriptor boundSocket(int type);
+/// A socket on 127.0.0.1, on a port of the kernel's choice if it is 0. Listens if it is one for streams. Throws
+/// std::runtime_error if the port is taken.
+[[nodiscard]] FileDescriptor boundSocket(int type, std::uint16_t port = 0);
 
 /// One that is connected to a port of 127.0.0.1.
 [[nodiscard]] FileDescriptor connectedSocket(int type, std::uint16_t port);

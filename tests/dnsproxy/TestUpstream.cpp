@@ -18,18 +18,6 @@ std::string lowered(std::string text)
     return text;
 }
 
-/// On the port that the datagram socket has got; nothing open if it is taken.
-FileDescriptor streamSocketOn(std::uint16_t port)
-{
-    FileDescriptor socket{::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool isBound = ::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
-    return isBound && ::listen(socket.number(), 64) == 0 ? std::move(socket) : FileDescriptor{-1};
-}
-
 } // namespace
 
 TestUpstream::TestUpstream()
@@ -40,7 +28,10 @@ TestUpstream::TestUpstream()
     while (!m_stream.isOpen()) {
         m_datagram = boundSocket(SOCK_DGRAM);
         m_port = portOf(m_datagram.number());
-        m_stream = streamSocketOn(m_port);
+        try {
+            m_stream = boundSocket(SOCK_STREAM, m_port);
+        } catch (const std::runtime_error&) { // taken by somebody else's stream
+        }
     }
     m_behaviours[""] = [](const Bytes& query, bool) {
         return std::vector<Bytes>{answerTo(query, {{.name = Packet::from(query).name}})};
