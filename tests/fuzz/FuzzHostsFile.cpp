@@ -4,7 +4,6 @@
 #include "Require.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace stillgate
 {
@@ -53,42 +52,22 @@ bool isMarker(std::string_view line)
     return isStart(line) || isEnd(line);
 }
 
-/// Whether a line behind a start marker can be one of ours.
-bool canBeEntry(std::string_view line)
-{
-    constexpr std::string_view address = "127.0.0.1 ";
-    if (!line.starts_with(address))
-        return false;
-    const auto name = line.substr(address.size());
-    const auto isOfName = [](char character) {
-        return std::islower(static_cast<unsigned char>(character)) != 0 ||
-            std::isdigit(static_cast<unsigned char>(character)) != 0 || character == '-' || character == '.';
-    };
-    const bool isOfHost = name == hostName || name.starts_with(std::string{hostName} + ".");
-    return !name.empty() && std::ranges::all_of(name, isOfName) && name != "localhost" && !isOfHost;
-}
-
-/// The last line of the block that begins with the start marker `start`.
-Lines::const_iterator lastOfBlock(const Lines& lines, Lines::const_iterator start)
-{
-    const auto next = std::find_if(start + 1, lines.end(), isMarker);
-    if (next != lines.end() && isEnd(*next))
-        return next;
-    auto last = start;
-    std::string_view previous;
-    while (last + 1 != lines.end() && canBeEntry(last[1]) && last[1] > previous)
-        previous = *++last;
-    return last;
-}
-
-/// What no removal may take. An empty line can be the one ahead of a block.
+/// What no removal may take. An empty line can be the one ahead of a block, and behind a start without an end, lines
+/// like ours may be ours.
 Lines linesOfTheUser(const Lines& lines)
 {
     Lines kept;
+    bool mayBeOurs = false;
     for (auto line = lines.begin(); line != lines.end(); ++line) {
-        if (isStart(*line))
-            line = lastOfBlock(lines, line);
-        else if (!line->empty())
+        if (isStart(*line)) {
+            const auto next = std::find_if(line + 1, lines.end(), isMarker);
+            mayBeOurs = next == lines.end() || !isEnd(*next);
+            if (!mayBeOurs)
+                line = next;
+            continue;
+        }
+        const bool isLikeOurs = line->starts_with("127.0.0.1 ") && *line != "127.0.0.1 localhost";
+        if (!line->empty() && !(mayBeOurs && isLikeOurs))
             kept.push_back(*line);
     }
     return kept;

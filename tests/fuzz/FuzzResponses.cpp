@@ -80,11 +80,6 @@ bool decodes(const HTTPResponse& answer)
     return JSONDecoder{DateForm::iso8601}.decode<T>(answer.body).has_value();
 }
 
-bool isAPIError(const Error& error, const APIError& wanted)
-{
-    return error.is(wanted);
-}
-
 template <class T>
 void requireHonestAnswer(std::string_view text)
 {
@@ -110,7 +105,7 @@ void requireHonestAnswer(std::string_view text)
     require(server.requests.size() <= 3, "one refresh and one retry");
     require(!isRepaired || first.status == 401, "only a 401 is repaired");
     require(hasSession == (!isRepaired || result), "a session ends if and only if its repair fails");
-    require(!isRepaired || result || isAPIError(result.error(), APIError::unauthorized()), "and that is what is said");
+    require(!isRepaired || result || result.error().is(APIError::unauthorized()), "and that is what is said");
     require(logouts == (isRepaired && server.requests.size() == 2 ? 1 : 0), "a failed refresh is told, once");
     if (!isRepaired && result)
         require(isSuccess(first) && decodes<T>(first), "what is no success is not taken for one");
