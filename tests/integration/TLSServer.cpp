@@ -7,7 +7,6 @@
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <sys/socket.h>
 
 namespace stillgate::test
@@ -121,20 +120,6 @@ std::string TLSServer::baseURL(const std::string& host) const
     return "https://" + host + ":" + std::to_string(m_server.serverPort()) + "/v1";
 }
 
-std::ptrdiff_t TLSServer::count(const std::string& request) const
-{
-    const auto firstLine = QByteArray::fromStdString(request + " HTTP/1.1\r\n");
-    return std::ranges::count_if(received, [&](const auto& bytes) { return bytes.startsWith(firstLine); });
-}
-
-void TLSServer::answerHeldWith(const std::string& bytes)
-{
-    for (const auto& connection : std::exchange(held, {})) {
-        if (connection)
-            write(connection, bytes);
-    }
-}
-
 void TLSServer::serve(QTcpSocket* connection)
 {
     const auto index = received.size();
@@ -147,10 +132,7 @@ void TLSServer::serve(QTcpSocket* connection)
         const auto length = lengthAt < 0 ? 0 : bytes.mid(lengthAt + 16).split('\r').front().toInt();
         if (head < 0 || bytes.size() < head + 4 + length)
             return;
-        if (const auto reply = respond ? respond(bytes) : answer)
-            write(connection, *reply);
-        else
-            held.emplace_back(connection);
+        write(connection, respond ? respond(bytes) : answer);
     };
     QObject::connect(connection, &QTcpSocket::readyRead, connection, read);
     read();
