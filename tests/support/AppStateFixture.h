@@ -2,16 +2,8 @@
 
 #include "App/AppState.h"
 #include "Platform/HostsBlock.h"
-#include "Platform/Memory/ManualTime.h"
 #include "Platform/Memory/MemoryBundle.h"
-#include "Platform/Memory/MemoryFileManager.h"
-#include "Platform/Memory/MemoryHost.h"
-#include "Platform/Memory/MemoryHostsFileWriter.h"
-#include "Platform/Memory/MemoryLog.h"
-#include "Platform/Memory/MemoryUserDefaults.h"
-#include "tests/support/Await.h"
-#include "tests/support/FakeBackend.h"
-#include "tests/support/Matchers.h"
+#include "tests/support/MemoryMachine.h"
 #include "tests/support/Samples.h"
 
 namespace stillgate::test
@@ -107,7 +99,7 @@ public:
 };
 
 /// An AppState on a desktop in memory, set up and with a stored session, before its start.
-class AppStateFixture : public testing::Test
+class AppStateFixture : public MemoryMachine
 {
 protected:
     AppStateFixture()
@@ -119,11 +111,9 @@ protected:
         m_backend.appConfig = AppConfig{};
     }
 
-    virtual Backend& backend() { return m_backend; }
-
     AppServices services()
     {
-        return {backend(), m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files, m_log, m_notifications,
+        return {m_backend, m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files, m_log, m_notifications,
             m_time, m_defaults};
     }
 
@@ -157,16 +147,8 @@ protected:
     static constexpr auto cacheFile = "/home/ada/.local/share/com.stillgate.macos/cache/state.dat";
     static constexpr auto configFile = "/var/lib/stillgate/group/1000/blocked-config.json";
 
-    MemoryFileManager m_files;
-    MemoryHostsFileWriter m_writer{m_files};
-    MemoryUserDefaults m_defaults;
     MemoryBundle m_bundle;
-    MemoryHost m_host;
-    MemoryLog m_log;
-    ManualTime m_time;
     NotificationCenter m_notifications;
-    FakeBackend m_backend;
-    HostsFileService m_hostsFile{m_writer, m_files, m_defaults, m_host, m_log};
     RecordingMonitor m_monitor;
     RecordingTracker m_tracker;
     RecordingDNSProxy m_dnsProxy;

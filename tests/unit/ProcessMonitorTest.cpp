@@ -1,16 +1,10 @@
 #include "App/BlockModalWindowController.h"
 #include "Blocking/ProcessMonitorService.h"
-#include "Platform/Memory/ManualTime.h"
 #include "Platform/Memory/MemoryBrowserScripting.h"
-#include "Platform/Memory/MemoryHost.h"
-#include "Platform/Memory/MemoryHostsFileWriter.h"
-#include "Platform/Memory/MemoryLog.h"
-#include "Platform/Memory/MemoryUserDefaults.h"
 #include "Platform/Memory/MemoryUserNotifications.h"
 #include "Platform/Memory/MemoryWorkspace.h"
-#include "tests/support/FakeBackend.h"
 #include "tests/support/FakeShell.h"
-#include "tests/support/Matchers.h"
+#include "tests/support/MemoryMachine.h"
 
 namespace stillgate
 {
@@ -18,8 +12,8 @@ namespace stillgate
 using namespace test;
 using namespace std::chrono_literals;
 
-/// The monitor with its block screen, on a desktop in memory at noon.
-class Monitor : public testing::Test
+/// The monitor with its block screen, on a desktop in memory.
+class Monitor : public MemoryMachine
 {
 protected:
     Monitor()
@@ -65,18 +59,10 @@ protected:
     static constexpr auto chess = "org.chess";
     static constexpr auto firefox = "org.mozilla.firefox";
 
-    ManualTime m_time;
-    MemoryHost m_host;
     MemoryWorkspace m_workspace;
     MemoryBrowserScripting m_browsers;
-    FakeBackend m_backend;
     FakeWindowFactory m_windows;
     BlockModalWindowController m_blockModal{m_backend};
-    MemoryFileManager m_files;
-    MemoryHostsFileWriter m_writer{m_files};
-    MemoryUserDefaults m_defaults;
-    MemoryLog m_log;
-    HostsFileService m_hostsFile{m_writer, m_files, m_defaults, m_host, m_log};
     MemoryUserNotifications m_userNotifications;
     ProcessMonitorService m_monitor{desktop(m_blockModal)};
 };

@@ -1,14 +1,7 @@
 #include "ScreenTime/ScreenTimeTracker.h"
 
-#include "Platform/Memory/ManualTime.h"
-#include "Platform/Memory/MemoryFileManager.h"
-#include "Platform/Memory/MemoryHost.h"
-#include "Platform/Memory/MemoryLog.h"
-#include "Platform/Memory/MemoryUserDefaults.h"
 #include "Platform/Memory/MemoryWorkspace.h"
-#include "tests/support/Await.h"
-#include "tests/support/FakeBackend.h"
-#include "tests/support/Matchers.h"
+#include "tests/support/MemoryMachine.h"
 
 namespace stillgate
 {
@@ -16,7 +9,7 @@ namespace stillgate
 using namespace test;
 using namespace std::chrono_literals;
 
-class ScreenTime : public testing::Test
+class ScreenTime : public MemoryMachine
 {
 protected:
     ScreenTimeTracker& tracker()
@@ -53,13 +46,7 @@ protected:
     static constexpr Date midnight = std::chrono::sys_days{std::chrono::year{2026} / 1 / 15};
     static constexpr Date nextMidnight = midnight + std::chrono::days{1};
 
-    MemoryFileManager m_files;
     MemoryWorkspace m_workspace;
-    MemoryHost m_host;
-    MemoryUserDefaults m_defaults;
-    MemoryLog m_log;
-    ManualTime m_time;
-    FakeBackend m_backend;
 
 private:
     std::optional<ScreenTimeTracker> m_tracker;
