@@ -39,7 +39,7 @@ QString AppPickerModel::selectionText() const
 {
     if (m_selectedApps.empty())
         return {};
-    return QString::number(m_selectedApps.size()) + ' ' + textOf("common.selected");
+    return counted(std::ssize(m_selectedApps), "common.selected");
 }
 
 std::string AppPickerModel::nameOf(const std::string& bundleId) const

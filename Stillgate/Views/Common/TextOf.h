@@ -20,4 +20,10 @@ namespace stillgate
     return QLocale().toLower(textOf(key));
 }
 
+/// "3 apps", with the text of the key behind the number.
+[[nodiscard]] inline QString counted(qsizetype count, std::string_view key)
+{
+    return QString::number(count) + ' ' + textOf(key);
+}
+
 } // namespace stillgate

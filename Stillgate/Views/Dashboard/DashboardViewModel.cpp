@@ -118,7 +118,7 @@ double DashboardViewModel::budgetFraction() const
 QString DashboardViewModel::completedTasksText() const
 {
     const auto count = std::ranges::count_if(m_state.tasks.value(), isApproved);
-    return count > 0 ? QString::number(count) + ' ' + textOf("common.completed") : QString{};
+    return count > 0 ? counted(count, "common.completed") : QString{};
 }
 
 void DashboardViewModel::viewAllTasks()

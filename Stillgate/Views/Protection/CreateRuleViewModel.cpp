@@ -61,11 +61,6 @@ constexpr struct
     {"desktop.createRule.step3Title", "desktop.createRule.step3Desc"},
 };
 
-QString counted(qsizetype count, const char* key)
-{
-    return QString::number(count) + ' ' + textOf(key);
-}
-
 } // namespace
 
 CreateRuleViewModel::CreateRuleViewModel(

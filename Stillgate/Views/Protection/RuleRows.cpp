@@ -15,11 +15,6 @@ namespace
 constexpr qsizetype mostEntries = 8;
 constexpr auto customCategory = "custom";
 
-QString counted(qsizetype count, const char* key)
-{
-    return QString::number(count) + ' ' + textOf(key);
-}
-
 const std::vector<AppInfo>& appsOf(const BlockRule& rule)
 {
     static const std::vector<AppInfo> none;

@@ -40,8 +40,8 @@ QString subtitleOf(const BlockSchedule& schedule, const char* fromTo)
 
 QString rulesTextOf(const BlockSchedule& schedule)
 {
-    const auto count = schedule.ruleIds.size();
-    return count > 0 ? QString::number(count) + ' ' + textOf("desktop.menuBar.activeRules") : QString{};
+    const auto count = std::ssize(schedule.ruleIds);
+    return count > 0 ? counted(count, "desktop.menuBar.activeRules") : QString{};
 }
 
 ScheduleRow rowOf(const BlockSchedule& schedule, const char* fromTo)
