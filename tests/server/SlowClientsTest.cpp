@@ -233,7 +233,7 @@ TEST(HTTPServer, conversesOverOneConnection)
         expectAnswer("GET /2 ");
 
         connection.send(rawRequest("HEAD", "/12345") + rawRequest("GET", "/next"));
-        const auto head = connection.answerToHead();
+        const auto head = connection.answer(true);
         ASSERT_TRUE(head);
         EXPECT_EQ(head->headers.at("content-length"), std::to_string(std::string{"HEAD /12345 "}.size()));
         expectAnswer("GET /next ");
