@@ -203,6 +203,16 @@ TEST_F(Service, failedRefreshEndsTheSessionOnce)
     EXPECT_FALSE(hasSession());
 }
 
+TEST_F(Service, retryIsNotRepairedAgain)
+{
+    expireTheOldToken();
+    m_server.answer("GET /stats/streak", FakeTransport::json(401, streak));
+    EXPECT_EQ(failureOf(getStreak()), "Session expired");
+    EXPECT_EQ(m_server.requests.size(), 3U);
+    EXPECT_FALSE(hasSession());
+    EXPECT_EQ(m_forcedLogouts, 0) << "only a failed refresh forces a logout";
+}
+
 TEST_F(Service, cancelledRetryKeepsTheSession)
 {
     expireTheOldToken();

@@ -100,6 +100,8 @@ TEST_F(Bootstrap, onlineStartLoadsEverythingInOrder)
     m_backend.blockRules = {{rule("r", std::nullopt, {"fresh.example"})}};
     m_backend.devices = {{device("phone", "ios"), device("desk", "macos")}};
     m_backend.schedules = {{schedule("Evenings", true)}};
+    m_backend.tasks[""] = {{task("t", "Dishes")}};
+    m_backend.connections = {{controlledConnection("permanent")}};
     m_backend.budget = ScreenTimeBudget{.dailyLimitMinutes = 90};
     m_backend.me = SGUser{.id = "u1", .email = "ada@example.com", .displayName = "Ada"};
     m_backend.sharingCode = SharingCode{.code = "ABC123"};
@@ -116,6 +118,8 @@ TEST_F(Bootstrap, onlineStartLoadsEverythingInOrder)
     EXPECT_THAT(blockedNames(), Contains("www.fresh.example"));
     EXPECT_EQ(m_monitor.configuration.activeSession, "Evenings");
     EXPECT_EQ(m_monitor.budget->dailyLimitMinutes, 90);
+    EXPECT_THAT(state().tasks.value(), SizeIs(1));
+    EXPECT_THAT(state().connections.value(), SizeIs(1));
     EXPECT_EQ(state().sharingCode.value(), "ABC123");
     EXPECT_TRUE(m_files.at(cacheFile).contains(R"("userName":"Ada")"));
     EXPECT_TRUE(areTimersRunning());

@@ -90,6 +90,7 @@ TEST_F(Windows, maintenanceStandsOverASessionAndItsEnd)
     set(m_session.isMaintenanceMode, false);
     EXPECT_THAT(m_onScreen, ElementsAre("auth"));
     set(m_session.isAuthenticated, true);
+    EXPECT_THAT(m_onScreen, IsEmpty());
     EXPECT_EQ(m_startedServices, 2);
 }
 
