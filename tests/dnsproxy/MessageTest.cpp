@@ -117,20 +117,6 @@ TEST(Query, isSharedOnlyWhereTheAnswerIsForAll)
     EXPECT_NE(queryOf(with({})).variant(), queryOf(bytesOf({.name = "a"})).variant());
 }
 
-TEST(Query, asksTheSameWithoutItsOptions)
-{
-    for (const auto& ask : std::vector<Ask>{{.name = "", .id = 7, .flags = 0x0010}, {.name = "A.example", .edns = 4096},
-             {.name = "a.example", .edns = 1232, .ednsFlags = 0x8000, .ednsOptions = {0, 10, 0, 2, 1, 2}}}) {
-        const auto whole = bytesOf(ask);
-        const auto bare = queryOf(whole).withoutOptions();
-        ASSERT_TRUE(Query::parse(bare)) << ask.name;
-        EXPECT_EQ(queryOf(bare).variant(), queryOf(whole).variant());
-        EXPECT_EQ(queryOf(bare).largestAnswer(), queryOf(whole).largestAnswer());
-        EXPECT_EQ(bare.size(), whole.size() - ask.ednsOptions.size());
-        EXPECT_TRUE(std::ranges::equal(View{bare}.first(12 + 5), View{whole}.first(12 + 5)));
-    }
-}
-
 TEST(SharedAnswer, isEveryAskersOwn)
 {
     const auto asked = bytesOf({.name = "Example.COM", .edns = 1232});

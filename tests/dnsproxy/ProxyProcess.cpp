@@ -2,7 +2,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/prctl.h>
@@ -16,19 +15,6 @@ namespace
 
 constexpr std::uint16_t text = 16;
 constexpr std::uint16_t chaos = 3;
-
-/// Under the numbers from 3 on, as sd_listen_fds(3) has it. First out of the way of each other.
-void handDown(const std::vector<int>& sockets)
-{
-    constexpr int first = 3;
-    std::vector<int> copies;
-    for (const auto socket : sockets)
-        copies.push_back(::fcntl(socket, F_DUPFD, 100));
-    for (std::size_t index = 0; index < copies.size(); ++index)
-        ::dup2(copies[index], first + static_cast<int>(index));
-    ::setenv("LISTEN_FDS", std::to_string(sockets.size()).c_str(), 1);
-    ::setenv("LISTEN_PID", std::to_string(::getpid()).c_str(), 1);
-}
 
 /// The number at the end of "Listening on 127.0.0.1:…".
 std::uint16_t portIn(int output)
@@ -83,7 +69,7 @@ void ProxyProcess::start()
         if (m_process == 0)
             execute(writeEnd.number());
     }
-    m_port = m_options.inherited.empty() ? portIn(readEnd.number()) : portOf(m_options.inherited.front());
+    m_port = portIn(readEnd.number());
     static_cast<void>(status("version"));
 }
 
@@ -93,14 +79,11 @@ void ProxyProcess::execute(int output) const
     const auto log = ::open((m_folder.path() / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     ::dup2(output, STDOUT_FILENO);
     ::dup2(log, STDERR_FILENO);
-    std::vector<std::string> arguments{STILLGATE_DNSPROXY_PROGRAM, "--group", m_folder.path() / "group", "--state",
-        m_folder.path() / "state", "--resolv-conf", m_folder.path() / "resolv.conf"};
+    std::vector<std::string> arguments{STILLGATE_DNSPROXY_PROGRAM, "--listen", "127.0.0.1:0", "--group",
+        m_folder.path() / "group", "--state", m_folder.path() / "state", "--resolv-conf",
+        m_folder.path() / "resolv.conf"};
     for (const auto& upstream : m_options.upstreams)
         arguments.insert(arguments.end(), {"--upstream", upstream});
-    if (m_options.inherited.empty())
-        arguments.insert(arguments.end(), {"--listen", "127.0.0.1:0"});
-    else
-        handDown(m_options.inherited);
     std::vector<char*> pointers;
     for (auto& argument : arguments)
         pointers.push_back(argument.data());

@@ -17,8 +17,7 @@ public:
     struct Options
     {
         std::vector<std::string> upstreams = {}; ///< ADDRESS:PORT
-        std::vector<int> inherited = {}; ///< sockets that it gets as from a service manager; else it opens its own
-        std::string resolvConf = {};     ///< the text of one, which makes the upstreams; empty for none
+        std::string resolvConf = {};             ///< the text of one, which makes the upstreams; empty for none
     };
 
     explicit ProxyProcess(Options options);

@@ -128,25 +128,4 @@ TEST_F(Reload, forgetsAnswersThatTheNewSetForbids)
     EXPECT_TRUE(m_proxy.isBlocked("alias.example"));
 }
 
-TEST(Activation, losesNoQueryWhileTheProgramIsStartedAgain)
-{
-    const auto datagrams = boundSocket(SOCK_DGRAM);
-    const auto streams = boundSocket(SOCK_STREAM);
-    ProxyProcess proxy{{.upstreams = {"127.0.0.1:9"}, .inherited = {datagrams.number(), streams.number()}}};
-    proxy.block("1000", {"a.example"});
-    proxy.start();
-    for (int round = 0; round < 3; ++round) {
-        proxy.kill();
-        const auto socket = connectedSocket(SOCK_DGRAM, proxy.port());
-        const auto stream = connectedSocket(SOCK_STREAM, portOf(streams.number()));
-        for (std::uint16_t id = 0; id < 100; ++id)
-            sendBytes(socket.number(), bytesOf({.name = "a.example", .id = id}));
-        sendBytes(stream.number(), streamMessage(bytesOf({.name = "a.example"})));
-        proxy.start();
-        for (std::uint16_t id = 0; id < 100; ++id)
-            EXPECT_EQ(Packet::from(datagramFrom(socket.number()).value()).id, id);
-        EXPECT_TRUE(streamMessageFrom(stream.number()));
-    }
-}
-
 } // namespace stillgate

@@ -31,8 +31,6 @@ public:
 
     [[nodiscard]] std::string address() const { return "127.0.0.1:" + std::to_string(m_port); }
 
-    [[nodiscard]] std::uint16_t port() const { return m_port; }
-
     /// The queries that it has got for a name.
     [[nodiscard]] std::vector<Bytes> queries(const std::string& name) const;
 
