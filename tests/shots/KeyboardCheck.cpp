@@ -262,25 +262,25 @@ QStringList keyboardFindings(QQuickWindow& window)
     return findings;
 }
 
-QStringList activationFindings(const Scene& scene)
+QStringList activationFindings(const Scene& scene, std::set<QString>& pressedTypes)
 {
     QStringList findings;
-    for (const auto& [way, press] : waysToPress) {
-        std::set<QString> pressedTypes;
-        while (true) {
+    while (true) {
+        QString type;
+        for (const auto& [way, press] : waysToPress) {
             const Showing showing{scene, WindowSize::Opening}; // a press may change everything
             auto* button = firstOfAnotherType(showing.window(), pressedTypes);
             if (button == nullptr)
-                break;
-            pressedTypes.insert(typeOf(*button));
+                return findings;
+            type = typeOf(*button);
             const auto name = nameOf(*button);
             const QSignalSpy clicks{button, SIGNAL(clicked())};
             press(*button);
             if (clicks.count() != 1)
                 findings << QString{"%1 is pressed %2 times by %3"}.arg(name).arg(clicks.count()).arg(way);
         }
+        pressedTypes.insert(type);
     }
-    return findings;
 }
 
 } // namespace stillgate::test

@@ -5,6 +5,8 @@
 #include <QQuickWindow>
 #include <QStringList>
 
+#include <set>
+
 namespace stillgate::test
 {
 
@@ -13,7 +15,8 @@ namespace stillgate::test
 /// show the focus.
 [[nodiscard]] QStringList keyboardFindings(QQuickWindow& window);
 
-/// The buttons of the scene that one of Return, Enter, Space and a screen reader doesn't press.
-[[nodiscard]] QStringList activationFindings(const Scene& scene);
+/// The buttons of the scene that one of Return, Enter, Space and a screen reader doesn't press. Of each type one is
+/// tried, unless that is among `pressedTypes`, and then is.
+[[nodiscard]] QStringList activationFindings(const Scene& scene, std::set<QString>& pressedTypes);
 
 } // namespace stillgate::test

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <utility>
 
 namespace stillgate::test
@@ -107,8 +108,9 @@ QStringList activationFindings()
     const LanguageInUse english{"en"};
     takeWarnings();
     QStringList all;
+    std::map<std::string_view, std::set<QString>> pressedTypes; // by screen
     for (const auto& scene : chosenScenes())
-        for (const auto& finding : activationFindings(scene) + takeWarnings())
+        for (const auto& finding : activationFindings(scene, pressedTypes[scene.screen]) + takeWarnings())
             all << nameOf(scene, WindowSize::Opening) + ": " + finding;
     return all;
 }
