@@ -117,43 +117,6 @@ TEST(Query, isSharedOnlyWhereTheAnswerIsForAll)
     EXPECT_NE(queryOf(with({})).variant(), queryOf(bytesOf({.name = "a"})).variant());
 }
 
-TEST(SharedAnswer, isEveryAskersOwn)
-{
-    const auto asked = bytesOf({.name = "Example.COM", .edns = 1232});
-    const auto answer = answerTo(asked,
-        {{.name = "Example.COM", .ttl = 300}, {.name = "Example.COM", .ttl = 20},
-            {.section = 'd', .name = "ns", .ttl = 900},
-            {.section = 'd',
-                .name = "",
-                .type = optType,
-                .ttl = 0x8000,
-                .data = {0, 10, 0, 1, 7},
-                .recordClass = 4096}},
-        0x85a0);
-    const auto shared = SharedAnswer::from(answer);
-    ASSERT_TRUE(shared);
-    EXPECT_EQ(shared->lifetime(), 20U);
-
-    const auto other = bytesOf({.name = "exAMPLE.com", .id = 77});
-    Bytes out;
-    shared->appendTo(out, queryOf(other), 15);
-    const auto packet = Packet::from(out);
-    EXPECT_EQ(packet.id, 77);
-    EXPECT_EQ(packet.name, "exAMPLE.com.");
-    EXPECT_EQ(packet.flags, 0x81a0) << "no authority any more";
-    ASSERT_EQ(packet.records.size(), 3U) << "no OPT to who had none";
-    EXPECT_EQ(packet.records[0].ttl, 285U);
-    EXPECT_EQ(packet.records[1].ttl, 5U);
-    EXPECT_EQ(packet.records[2].ttl, 885U);
-
-    out.clear();
-    shared->appendTo(out, queryOf(asked), 0);
-    const auto own = Packet::from(out);
-    const auto* opt = own.find(optType);
-    ASSERT_NE(opt, nullptr);
-    EXPECT_TRUE(opt->data.empty()) << "somebody else's cookie";
-}
-
 TEST(SharedAnswer, holdsAsLongAsItsRecordsOrItsZoneAllow)
 {
     const auto query = bytesOf({.name = "a.example"});

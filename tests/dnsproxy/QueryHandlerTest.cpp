@@ -55,15 +55,21 @@ Bytes cookieOf(std::uint8_t byte)
 
 TEST_F(Handler, remembersNoAnswerOfFormerUpstreams)
 {
-    const auto query = bytesOf({.name = "open.example"});
+    const auto query = bytesOf({.name = "open.example", .edns = 1232});
+    const PacketRecord opt{.section = 'd', .type = 41, .ttl = 0x8000, .data = cookieOf('1'), .recordClass = 4096};
     for (const bool isCurrent : {false, true}) {
         ask(query);
         ASSERT_EQ(m_waiting.size(), 1U) << "nothing is remembered yet";
-        answer(answerTo(query, {{.name = "open.example"}}), isCurrent);
+        answer(answerTo(query, {{.name = "open.example"}, opt}, 0x85a0), isCurrent);
     }
-    ask(query);
+    ask(bytesOf({.name = "oPEN.example", .id = 77, .edns = 700}));
     EXPECT_TRUE(m_waiting.empty());
-    EXPECT_EQ(m_sink->answers.size(), 3U);
+    const auto packet = Packet::from(m_sink->answers.at(2));
+    EXPECT_EQ(packet.id, 77);
+    EXPECT_EQ(packet.name, "oPEN.example.");
+    EXPECT_EQ(packet.flags, 0x81a0) << "no authority any more";
+    ASSERT_NE(packet.find(41), nullptr);
+    EXPECT_TRUE(packet.find(41)->data.empty()) << "somebody else's cookie";
 }
 
 TEST_F(Handler, givesNobodyWhatIsAnotherOnes)
