@@ -23,7 +23,6 @@ std::vector<Scene> blockScreenScenes();
 std::vector<Scene> gateScenes();
 std::vector<Scene> popoverScenes();
 std::vector<Scene> protectionScenes();
-std::vector<Scene> screenTimeScenes();
 std::vector<Scene> scheduleScenes();
 std::vector<Scene> settingsScenes();
 std::vector<Scene> taskScenes();
