@@ -1,5 +1,6 @@
 #include "Platform/Linux/LinuxChildProcess.h"
 #include "tests/support/Await.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace stillgate
 {
@@ -9,13 +10,25 @@ using namespace test;
 class Children : public testing::Test
 {
 protected:
-    Result<int> bash(const std::string& script, std::string input = {})
+    Result<int> bash(const std::string& script, std::string input = {}, std::vector<std::string> arguments = {})
     {
-        return await(m_children.run({"/bin/bash", {"-c", script}, std::move(input)}));
+        arguments.insert(arguments.begin(), {"-c", script, "test"});
+        return await(m_children.run({"/bin/bash", std::move(arguments), std::move(input)}));
     }
 
     LinuxChildProcess m_children;
 };
+
+TEST_F(Children, takeArgumentsAndInputOfAnySizeToTheByte)
+{
+    const TemporaryFolder folder;
+    std::string large;
+    while (large.size() < 29'000'000)
+        large.append("127.0.0.1 example.com\n").append("\0\xff'$(false)", 11);
+    const auto file = folder.path() / "copy 'of' $input";
+    EXPECT_EQ(bash("cat >\"$1\"", large, {file.string()}), 0);
+    EXPECT_TRUE(fileBytes(file) == large);
+}
 
 TEST_F(Children, endInAStatusOrAFailure)
 {

@@ -44,6 +44,29 @@ protected:
         return outcome;
     }
 
+    /// Ten requests, all of which the server answers with a 401, before it answers the refresh.
+    std::vector<Result<Streak>> tenExpiredAtOnce(const std::string& answerToRefresh)
+    {
+        m_server.respond = [this](const QByteArray& request) -> std::optional<std::string> {
+            if (request.startsWith("POST /v1/auth/refresh "))
+                return std::nullopt;
+            const bool isValid = request.contains("\r\nAuthorization: Bearer new\r\n");
+            m_expired += isValid ? 0 : 1;
+            return isValid ? httpAnswer(200, streak) : httpAnswer(401, R"({"error":"expired"})");
+        };
+        std::vector<Awaited<Result<Streak>>> calls;
+        for (int i = 0; i < 10; ++i)
+            calls.emplace_back(m_service.getStreak({}));
+        while (m_expired < 10 || m_server.held.empty())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        m_server.answerHeldWith(answerToRefresh);
+
+        std::vector<Result<Streak>> results;
+        for (auto& call : calls)
+            results.push_back(call.result());
+        return results;
+    }
+
     Certificates& m_certificates = Certificates::shared();
     TLSServer m_server{m_certificates.chain({"ec", "intermediate"}), m_certificates.key("ec")};
     MemoryFileManager m_files;
@@ -51,6 +74,9 @@ protected:
     ManualTime m_time;
     MemoryLog m_log;
     NotificationCenter m_notifications;
+    int m_forcedLogouts = 0;
+    int m_expired = 0;
+    std::unique_ptr<Observation> m_observation = m_notifications.observe(sgForceLogout, [this] { ++m_forcedLogouts; });
     SecureSession m_session{{{m_certificates.pin("ec")}, m_certificates.pem("root")}, m_notifications, m_time, m_log};
     APIService m_service{m_server.baseURL(), m_session, m_store, m_notifications};
 };
@@ -130,7 +156,7 @@ TEST_F(HostileBackend, challengesOfAnySchemeLeaveTheRepairToUs)
     for (const auto* scheme : {"Bearer", "Basic realm=\"x\"", "Digest realm=\"x\", nonce=\"y\"", "NTLM", "Negotiate"}) {
         m_service.setTokens("old", "refresh");
         m_server.received.clear();
-        m_server.respond = [scheme](const QByteArray& request) {
+        m_server.respond = [scheme](const QByteArray& request) -> std::optional<std::string> {
             if (request.startsWith("POST"))
                 return httpAnswer(200, R"({"accessToken":"new","refreshToken":"refresh2"})");
             if (request.contains("Bearer new"))
@@ -139,6 +165,41 @@ TEST_F(HostileBackend, challengesOfAnySchemeLeaveTheRepairToUs)
         };
         EXPECT_EQ(outcomeOf(await(m_service.getStreak({}))), "succeeded") << scheme;
         EXPECT_EQ(m_server.received.size(), 3U) << scheme;
+    }
+}
+
+TEST_F(HostileBackend, tenExpiredRequestsCauseOneRefreshAndTenRetries)
+{
+    for (const auto& result : tenExpiredAtOnce(httpAnswer(200, R"({"accessToken":"new","refreshToken":"refresh2"})")))
+        EXPECT_EQ(outcomeOf(result), "succeeded");
+    EXPECT_EQ(m_server.count("POST /v1/auth/refresh"), 1);
+    EXPECT_EQ(m_server.count("GET /v1/stats/streak"), 20);
+    EXPECT_EQ(m_expired, 10);
+    EXPECT_EQ(m_forcedLogouts, 0);
+}
+
+TEST_F(HostileBackend, tenExpiredRequestsEndTheSessionOnceWhenTheRefreshFails)
+{
+    for (const auto& result : tenExpiredAtOnce(httpAnswer(401, R"({"error":"revoked"})")))
+        EXPECT_EQ(outcomeOf(result), "Session expired");
+    EXPECT_EQ(m_server.count("POST /v1/auth/refresh"), 1);
+    EXPECT_EQ(m_forcedLogouts, 1);
+    EXPECT_FALSE(m_service.isAuthenticated());
+}
+
+TEST_F(HostileBackend, silenceIsGivenUpAfterAMinute)
+{
+    for (const auto* begun : {"", "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n\r\n{\"currentStreakDays\""}) {
+        m_server.answer = begun;
+        m_server.then = TLSServer::Then::stay;
+        m_server.received.clear();
+        Awaited call{m_service.getStreak({})};
+        while (m_server.received.empty() || m_server.received.back().isEmpty())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        m_time.advance(59s);
+        EXPECT_FALSE(call.hasEnded());
+        m_time.advance(1s);
+        EXPECT_EQ(outcomeOf(call.result()), "Network error: Operation canceled");
     }
 }
 

@@ -6,6 +6,7 @@
 #include "tests/integration/TLSServer.h"
 #include "tests/support/Await.h"
 
+#include <QSslCertificate>
 #include <gmock/gmock.h>
 
 namespace stillgate
@@ -59,9 +60,7 @@ protected:
 
 TEST_F(Secure, pinOnAnyKeyOfTheVerifiedChainHolds)
 {
-    certificates.issue("rsa4096", "openssl genrsa 4096");
-    certificates.issue("p521", "openssl ecparam -name secp521r1 -genkey -noout");
-    for (const auto* leaf : {"ec", "p384", "p521", "rsa", "rsa4096"})
+    for (const auto* leaf : {"ec", "p384", "rsa"})
         EXPECT_TRUE(isAccepted({leaf, "intermediate"}, leaf)) << leaf << ": as openssl computes the pin";
     EXPECT_TRUE(isAccepted({"ec", "intermediate"}, "intermediate"));
     EXPECT_TRUE(isAccepted({"ec", "intermediate"}, "root")) << "which the server doesn't send";
@@ -111,18 +110,39 @@ TEST_F(Secure, untrustedServerIsRefusedAndNoMore)
     }
 }
 
+TEST_F(Secure, pinOfEveryKindOfKeyIsWhatOpensslComputes)
+{
+    certificates.issue("rsa4096", "openssl genrsa 4096");
+    certificates.issue("p521", "openssl ecparam -name secp521r1 -genkey -noout");
+    const ServerTrust trust{certificates.pem("root")};
+    for (const auto* name : {"rsa", "rsa4096", "ec", "p384", "p521"}) {
+        std::vector<std::string> sent;
+        for (const auto& certificate :
+            QSslCertificate::fromData(QByteArray::fromStdString(certificates.chain({name, "intermediate"}))))
+            sent.push_back(certificate.toDer().toStdString());
+        const auto keys = trust.evaluate(sent, "localhost");
+        ASSERT_TRUE(keys) << name << ": " << keys.error();
+        ASSERT_EQ(keys->size(), 3U);
+        EXPECT_EQ(PublicKeyPin::spkiHash(keys->front()), certificates.pin(name)) << name;
+    }
+}
+
 TEST_F(Secure, answersComeBackAsTheyAre)
 {
     TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
     auto client = session({certificates.pin("ec")});
-    server.answer = "HTTP/1.1 418 No\r\nContent-Type: text/plain\r\nSet-Cookie: a=b\r\nContent-Length: 2\r\n\r\na\xff";
+    server.answer = "HTTP/1.1 418 No\r\nContent-Type: text/plain\r\nSet-Cookie: a=b\r\nContent-Length: 3\r\n\r\na\xff"
+                    "b";
     const auto refused = get(client, server.url());
     ASSERT_TRUE(refused) << refused.error().description();
     EXPECT_EQ(refused->status, 418);
     EXPECT_EQ(refused->contentType, "text/plain");
-    EXPECT_EQ(refused->body, "a\xff");
+    EXPECT_EQ(refused->body,
+        "a\xff"
+        "b");
 
     server.answer = "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nContent-Length: 0\r\n\r\n";
+    EXPECT_EQ(get(client, server.url())->status, 302) << "no redirect is followed";
     EXPECT_EQ(get(client, server.url())->contentType, std::nullopt);
     for (const auto& request : server.received) {
         EXPECT_TRUE(request.startsWith("GET /v1/thing HTTP/1.1\r\n"));
@@ -150,6 +170,7 @@ TEST_F(Secure, requestGoesOutOnceWhateverTheServerDoes)
 TEST_F(Secure, hangingServerIsGivenUpAfterAMinuteOrOnCancellation)
 {
     TLSServer server{certificates.chain({"ec", "intermediate"}), certificates.key("ec")};
+    server.answer = "";
     server.then = TLSServer::Then::stay;
     auto client = session({certificates.pin("ec")});
     const auto hasArrived = [&] { return !server.received.empty() && !server.received.back().isEmpty(); };
@@ -158,16 +179,12 @@ TEST_F(Secure, hangingServerIsGivenUpAfterAMinuteOrOnCancellation)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
     };
 
-    for (const auto* begun : {"", "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n\r\n{\"a\""}) {
-        server.answer = begun;
-        server.received.clear();
-        Awaited slow{client.send({"GET", server.url(), {}, std::nullopt}, {})};
-        wait();
-        m_time.advance(59s);
-        EXPECT_FALSE(slow.hasEnded());
-        m_time.advance(1s);
-        EXPECT_FALSE(slow.result());
-    }
+    Awaited slow{client.send({"GET", server.url(), {}, std::nullopt}, {})};
+    wait();
+    m_time.advance(59s);
+    EXPECT_FALSE(slow.hasEnded());
+    m_time.advance(1s);
+    EXPECT_FALSE(slow.result());
 
     server.received.clear();
     CancellationSource source;

@@ -7,6 +7,7 @@
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sys/socket.h>
 
 namespace stillgate::test
@@ -120,6 +121,20 @@ std::string TLSServer::baseURL(const std::string& host) const
     return "https://" + host + ":" + std::to_string(m_server.serverPort()) + "/v1";
 }
 
+std::ptrdiff_t TLSServer::count(const std::string& request) const
+{
+    const auto firstLine = QByteArray::fromStdString(request + " HTTP/1.1\r\n");
+    return std::ranges::count_if(received, [&](const auto& bytes) { return bytes.startsWith(firstLine); });
+}
+
+void TLSServer::answerHeldWith(const std::string& bytes)
+{
+    for (const auto& connection : std::exchange(held, {})) {
+        if (connection)
+            write(connection, bytes);
+    }
+}
+
 void TLSServer::serve(QTcpSocket* connection)
 {
     const auto index = received.size();
@@ -132,7 +147,10 @@ void TLSServer::serve(QTcpSocket* connection)
         const auto length = lengthAt < 0 ? 0 : bytes.mid(lengthAt + 16).split('\r').front().toInt();
         if (head < 0 || bytes.size() < head + 4 + length)
             return;
-        write(connection, respond ? respond(bytes) : answer);
+        if (const auto reply = respond ? respond(bytes) : answer)
+            write(connection, *reply);
+        else
+            held.emplace_back(connection);
     };
     QObject::connect(connection, &QTcpSocket::readyRead, connection, read);
     read();

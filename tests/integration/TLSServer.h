@@ -3,9 +3,11 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <QByteArray>
+#include <QPointer>
 #include <QSslServer>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,11 +56,18 @@ public:
 
     [[nodiscard]] std::string url(const std::string& host = "localhost") const { return baseURL(host) + "/thing"; }
 
-    /// The bytes of the answer to a request. Without this, `answer` is for all.
-    std::function<std::string(const QByteArray& request)> respond;
+    /// How many requests for a path came, a "GET /v1/thing".
+    [[nodiscard]] std::ptrdiff_t count(const std::string& request) const;
+
+    /// Answers those that wait.
+    void answerHeldWith(const std::string& bytes);
+
+    /// The bytes of the answer to a request; nothing lets it wait. Without this, `answer` is for all.
+    std::function<std::optional<std::string>(const QByteArray& request)> respond;
     std::string answer = httpAnswer(200, "{}");
     enum class Then { close, reset, stay } then = Then::close;
     std::vector<QByteArray> received; ///< bytes by connection that came to a handshake
+    std::vector<QPointer<QTcpSocket>> held;
 
 private:
     void serve(QTcpSocket* connection);

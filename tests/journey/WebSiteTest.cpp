@@ -35,6 +35,7 @@ struct Visitor
 {
     const char* name;
     const char* language;
+    const char* otherLanguage;
     int width;
     int height;
 };
@@ -44,8 +45,12 @@ void PrintTo(const Visitor& visitor, std::ostream* out)
     *out << visitor.name;
 }
 
-constexpr Visitor englishDesktop{"EnglishDesktop", "en", 1280, 900};
-constexpr Visitor turkishPhone{"TurkishPhone", "tr", 390, 844};
+constexpr Visitor englishDesktop{"EnglishDesktop", "en", "tr", 1280, 900};
+constexpr Visitor englishPhone{"EnglishPhone", "en", "tr", 390, 844};
+constexpr Visitor turkishDesktop{"TurkishDesktop", "tr", "en", 1280, 900};
+constexpr Visitor turkishPhone{"TurkishPhone", "tr", "en", 390, 844};
+
+const auto nameOf = [](const auto& test) { return test.param.name; };
 
 /// The application on a computer, as far as its talk with the server goes.
 class Device
@@ -128,7 +133,8 @@ protected:
     void look(const std::string& name)
     {
         SCOPED_TRACE(name + " at " + m_browser.url());
-        m_browser.screenshot(std::filesystem::path{STILLGATE_SHOTS} / (name + '-' + m_visitor.name + ".png"));
+        m_browser.screenshot(
+            std::filesystem::path{STILLGATE_SHOTS} / (name + '-' + m_visitor.language + '-' + sizeName() + ".png"));
         EXPECT_EQ(m_browser.evaluate("return window.innerWidth"), m_visitor.width);
         EXPECT_EQ(m_browser.attribute("html", "lang"), m_visitor.language);
         EXPECT_THAT(m_browser.title(), HasSubstr("Stillgate"));
@@ -180,6 +186,8 @@ protected:
     Browser m_browser;
 
 private:
+    [[nodiscard]] std::string sizeName() const { return m_visitor.width < 600 ? "phone" : "desktop"; }
+
     /// Without those about the status of the page itself.
     std::vector<std::string> complaints()
     {
@@ -307,7 +315,30 @@ TEST_P(SiteInBrowser, invitationMakesAGuardian)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    As, SiteInBrowser, testing::Values(englishDesktop, turkishPhone), [](const auto& test) { return test.param.name; });
+    As, SiteInBrowser, testing::Values(englishPhone, englishDesktop, turkishPhone, turkishDesktop), nameOf);
+
+class SiteInLanguage : public SiteInBrowser
+{};
+
+TEST_P(SiteInLanguage, languageIsChangedAndKept)
+{
+    open("/");
+    const auto heading = m_browser.text("h1");
+    go(".languages a[lang=" + std::string{m_visitor.otherLanguage} + "]");
+    const auto otherHeading = m_browser.text("h1");
+    EXPECT_NE(otherHeading, heading);
+
+    open("/src/pages/auth/signup.html");
+    EXPECT_EQ(m_browser.attribute("html", "lang"), m_visitor.otherLanguage) << "the browser keeps it";
+    signUp(ada);
+    EXPECT_EQ(m_browser.attribute("html", "lang"), m_visitor.otherLanguage);
+
+    go(".languages a[lang=" + std::string{m_visitor.language} + "]");
+    go(".session button");
+    EXPECT_EQ(m_browser.text("h1"), heading);
+}
+
+INSTANTIATE_TEST_SUITE_P(As, SiteInLanguage, testing::Values(englishDesktop, turkishPhone), nameOf);
 
 class SiteByKeyboard : public SiteInBrowser
 {
@@ -334,19 +365,24 @@ protected:
     }
 };
 
-TEST_F(SiteByKeyboard, isEnoughToLetADeviceIn)
+TEST_F(SiteByKeyboard, everythingIsReachedInItsOrder)
 {
     signUpAndLeave(ada);
-    const auto code = requestCode();
-    m_browser.open(code.verificationUrlComplete.value());
+    open("/src/pages/auth/login.html");
     std::vector<std::string> order;
     for (int count = 0; count < 8; ++count)
         order.push_back(tab());
     EXPECT_THAT(order,
         ElementsAre("#content", "/", HasSubstr("lang=en"), HasSubstr("lang=tr"), "email", "password", "Sign in",
             HasSubstr("signup")));
+}
 
+TEST_F(SiteByKeyboard, deviceIsLetIn)
+{
+    signUpAndLeave(ada);
+    const auto code = requestCode();
     m_browser.open(code.verificationUrlComplete.value());
+
     tabTo("#content");
     m_browser.press(enterKey);
     EXPECT_EQ(tab(), "email") << "the skip link leads past the header";

@@ -23,7 +23,15 @@ public:
 
     Task<Result<HTTPResponse>> send(HTTPRequest request, CancellationToken) override
     {
-        auto taken = requestTo(request.method, request.url.substr(origin.size()), request.body.value_or(""));
+        const auto target = request.url.substr(origin.size());
+        const auto questionMark = std::min(target.find('?'), target.size());
+        server::Request taken{.method = request.method,
+            .path = target.substr(0, questionMark),
+            .query = target.substr(std::min(questionMark + 1, target.size())),
+            .headers = {},
+            .body = request.body.value_or(""),
+            .address = "192.0.2.1",
+            .isEncrypted = true};
         for (const auto& [name, value] : request.headers)
             taken.headers.emplace(name, value);
         auto response = m_backend.answer(taken, m_database);

@@ -55,26 +55,65 @@ protected:
         return {{"title", "Read"}, {"rewardMinutes", minutes}, {"repeatType", repeat}, {"requiresProof", false}};
     }
 
-    static json guardianRule()
+    static json guardianRule(const std::string& category, bool enabled = true)
     {
-        return {{"category", "gaming"}, {"enabled", true}, {"customDomains", json::array()},
+        return {{"category", category}, {"enabled", enabled}, {"customDomains", json::array()},
             {"customApps", json::object()}};
     }
 };
 
 STILLGATE_ON_BOTH_DATABASES(FamilyTest);
 
-TEST_P(FamilyTest, sharingCodeIsTheLastOneOfADayHoweverItIsTyped)
+TEST_P(FamilyTest, sharingCodeMakesItsUserTheGuardianOnceAndForADay)
 {
+    EXPECT_EQ(call(grace, "GET", "/sharing/my-code").status, 404);
     const std::string old = call(grace, "POST", "/sharing/generate").body["code"];
     const std::string code = call(grace, "POST", "/sharing/generate").body["code"];
+    EXPECT_EQ(call(grace, "GET", "/sharing/my-code").body["code"], code);
     EXPECT_EQ(call(ada, "POST", "/sharing/link", {{"code", old}}).status, 404);
-    const auto typed = ' ' + code.substr(0, 4) + '-' + code.substr(4) + ' ';
-    EXPECT_EQ(call(ada, "POST", "/sharing/link", {{"code", typed}}).status, 201);
+    EXPECT_EQ(call(grace, "POST", "/sharing/link", {{"code", code}}).status, 400);
+
+    std::string typed = ' ' + code.substr(0, 4) + '-' + code.substr(4) + ' ';
+    std::ranges::transform(typed, typed.begin(), [](unsigned char letter) { return std::tolower(letter); });
+    const auto connection = call(ada, "POST", "/sharing/link", {{"code", typed}}).body["connection"];
+    EXPECT_EQ(connection["controllerUserId"], ada.id);
+    EXPECT_EQ(connection["controlledName"], "grace");
+    EXPECT_EQ(connection["role"], "controller");
+    EXPECT_EQ(call(grace, "GET", "/sharing/connections").body[0]["role"], "controlled");
+    EXPECT_EQ(call(ada, "POST", "/sharing/link", {{"code", code}}).status, 404);
 
     const auto late = call(grace, "POST", "/sharing/generate").body["code"];
     time.advance(24h);
     EXPECT_EQ(call(signUp("late"), "POST", "/sharing/link", {{"code", late}}).status, 404);
+}
+
+TEST_P(FamilyTest, effectiveRulesAreOnesOwnAndTheGuardiansThatAreInForce)
+{
+    const auto connection = link(ada, grace);
+    const auto path = "/guardian/connections/" + connection + "/rules";
+    const json own{{"id", "0e4fbd8e-4f2b-4e0e-8f5f-94a6ae8ef2b1"}, {"category", "news"}, {"enabled", true},
+        {"customDomains", {"one.example"}}, {"excludedDomains", json::array()}, {"unblockPolicy", "flexible"}};
+    EXPECT_EQ(call(grace, "POST", "/block-rules", own).body["id"], own["id"]);
+    auto disabled = own;
+    disabled["enabled"] = false;
+    EXPECT_NE(call(grace, "POST", "/block-rules", disabled).body["id"], own["id"]); // taken
+    const std::string rule = call(ada, "POST", path, guardianRule("gaming")).body["id"];
+    call(ada, "POST", path, guardianRule("adult", false));
+
+    const auto effective = call(grace, "GET", "/block-rules/effective").body;
+    ASSERT_EQ(effective["rules"].size(), 2);
+    EXPECT_EQ(effective["rules"][0]["_source"], "own");
+    EXPECT_EQ(effective["rules"][0]["customDomains"], own["customDomains"]);
+    EXPECT_EQ(effective["rules"][1]["_source"], "guardian");
+    EXPECT_EQ(effective["rules"][1]["_connectionId"], connection);
+    EXPECT_EQ(effective["rules"][1]["userId"], grace.id);
+    EXPECT_EQ(effective["guardianConnections"][0]["flexibilityMode"], "flexible");
+
+    const auto changed = call(ada, "PUT", "/guardian/rules/" + rule, {{"enabled", false}}).body;
+    EXPECT_EQ(changed["category"], "gaming");
+    EXPECT_EQ(call(grace, "GET", "/block-rules/effective").body["rules"].size(), 1);
+    EXPECT_EQ(call(ada, "GET", "/block-rules/effective").body["rules"].size(), 0);
+    EXPECT_EQ(call(ada, "GET", "/sharing/controlled-users").body[0]["guardianRules"].size(), 2);
 }
 
 TEST_P(FamilyTest, budgetTakesTheSmallestLimitAndTheLargestReportOfEachDevice)
@@ -105,6 +144,9 @@ TEST_P(FamilyTest, budgetTakesTheSmallestLimitAndTheLargestReportOfEachDevice)
 TEST_P(FamilyTest, dayBeginsAtMidnightWhereTheAccountIs)
 {
     const auto east = signUp("east", "Pacific/Auckland"); // 01:00 of the 16th when it is 12:00 of the 15th in UTC
+    const auto day = [](const char* date) { return json{{"date", date}, {"totalMinutes", 10}}; };
+    EXPECT_EQ(call(east, "POST", "/screen-time/daily", day("2026-01-16")).status, 200);
+    EXPECT_EQ(call(east, "GET", "/screen-time/report?period=day").body["endDate"], "2026-01-16");
     use(east, 30);
     time.advance(22h);
     EXPECT_EQ(budget(east)["usedMinutesToday"], 30);
@@ -112,11 +154,10 @@ TEST_P(FamilyTest, dayBeginsAtMidnightWhereTheAccountIs)
     EXPECT_EQ(budget(east)["usedMinutesToday"], 0);
 }
 
-TEST_P(FamilyTest, detailCountsForItsDayAndWithAMomentForThatOfItsReceipt)
+TEST_P(FamilyTest, detailSentWithAMomentCountsForTheDayOfItsReceipt)
 {
     const auto east = signUp("east", "Pacific/Auckland"); // the 16th, in its first hour
-    const char* moments[] = {
-        "2026-01-16", "2026-01-15T11:59:59Z", "2026-01-15T23:30:00.5+05:00", "1970-01-01T00:00:00Z"};
+    const char* moments[] = {"2026-01-15T11:59:59Z", "2026-01-15T23:30:00.5+05:00", "1970-01-01T00:00:00Z"};
     int minutes = 10;
     for (const auto* moment : moments) {
         const auto stored =
@@ -176,6 +217,14 @@ TEST_P(FamilyTest, taskGoesFromPendingToJudgedAndOnlyBetweenTheTwo)
 
     EXPECT_EQ(call(grace, "GET", "/tasks?role=assigner").body.size(), 0);
     EXPECT_EQ(call(ada, "GET", "/tasks").body[0]["assignerName"], "ada");
+    EXPECT_EQ(call(ada, "POST", "/tasks",
+                  [&] {
+                      auto body = task(10);
+                      body["assigneeId"] = stranger.id;
+                      return body;
+                  }())
+                  .status,
+        404);
 }
 
 TEST_P(FamilyTest, guardianOfOnesOwnMakingEarnsNothing)
@@ -244,7 +293,7 @@ TEST_P(FamilyTest, feedTellsWhatHappenedInTheGuardiansLanguage)
         setLimit(ada, connection, minutes);
     time.advance(2min);
     const std::string rule =
-        call(ada, "POST", "/guardian/connections/" + connection + "/rules", guardianRule()).body["id"];
+        call(ada, "POST", "/guardian/connections/" + connection + "/rules", guardianRule("gaming")).body["id"];
     time.advance(1s);
     call(ada, "PUT", "/guardian/rules/" + rule, {{"enabled", false}});
     time.advance(1s);

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/context.hpp>
+#include <boost/asio/ssl/host_name_verification.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
-#include <cerrno>
-#include <csignal>
-#include <openssl/ssl.h>
+#include <boost/beast/ssl.hpp>
 #include <stdexcept>
-#include <sys/socket.h>
 
 namespace stillgate::test
 {
@@ -16,65 +18,115 @@ namespace stillgate::test
 namespace
 {
 
+namespace asio = boost::asio;
+namespace beast = boost::beast;
 namespace http = boost::beast::http;
+using asio::ip::tcp;
+using boost::system::error_code;
 
 constexpr std::chrono::seconds longestStep{30};
 
-/// A context that trusts this authority for 127.0.0.1 alone.
-std::shared_ptr<SSL_CTX> trustIn(const std::string& authority)
-{
-    std::shared_ptr<SSL_CTX> context{::SSL_CTX_new(TLS_client_method()), ::SSL_CTX_free};
-    const std::shared_ptr<BIO> text{
-        ::BIO_new_mem_buf(authority.data(), static_cast<int>(authority.size())), ::BIO_free};
-    const std::shared_ptr<X509> certificate{::PEM_read_bio_X509(text.get(), nullptr, nullptr, nullptr), ::X509_free};
-    ::X509_STORE_add_cert(::SSL_CTX_get_cert_store(context.get()), certificate.get());
-    ::X509_VERIFY_PARAM_set1_ip_asc(::SSL_CTX_get0_param(context.get()), "127.0.0.1");
-    ::SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
-    return context;
-}
-
 } // namespace
 
-RawConnection::RawConnection(std::uint16_t port)
-    : m_stream(::BIO_new_connect(("127.0.0.1:" + std::to_string(port)).c_str()), ::BIO_free_all)
+struct RawConnection::Machinery
 {
-    std::signal(SIGPIPE, SIG_IGN); // peers that close are what is tried
-    if (BIO_do_connect(m_stream.get()) != 1)
-        throw std::runtime_error{"Can't connect"};
-    setLimit(longestStep);
+    asio::io_context context;
+    asio::ssl::context trust{asio::ssl::context::tls_client};
+    beast::ssl_stream<beast::tcp_stream> stream{context, trust};
+    beast::flat_buffer received;
+    bool isEncrypted = false;
+
+    [[nodiscard]] beast::tcp_stream& transport() { return stream.next_layer(); }
+
+    /// Does one step, and gives what it ended with.
+    template <class Step>
+    error_code run(const Step& step, std::chrono::milliseconds limit = longestStep)
+    {
+        error_code result;
+        transport().expires_after(limit);
+        step([&result](const error_code& error, auto&&...) { result = error; });
+        context.restart();
+        context.run();
+        return result;
+    }
+
+    /// The step on the stream that is in use.
+    template <class Step>
+    error_code runOnStream(const Step& step, std::chrono::milliseconds limit = longestStep)
+    {
+        return run(
+            [&](auto handler) {
+                if (isEncrypted)
+                    step(stream, std::move(handler));
+                else
+                    step(transport(), std::move(handler));
+            },
+            limit);
+    }
+
+    void connect(std::uint16_t port)
+    {
+        const tcp::endpoint server{asio::ip::address_v4::loopback(), port};
+        check(run([&](auto handler) { transport().async_connect(server, std::move(handler)); }));
+    }
+
+    void encrypt(const std::string& authority)
+    {
+        trust.add_certificate_authority(asio::buffer(authority));
+        stream.set_verify_mode(asio::ssl::verify_peer);
+        stream.set_verify_callback(asio::ssl::host_name_verification{"127.0.0.1"});
+        isEncrypted = true;
+        check(run([&](auto handler) { stream.async_handshake(asio::ssl::stream_base::client, std::move(handler)); }));
+    }
+
+    static void check(error_code error)
+    {
+        if (error)
+            throw std::runtime_error{"Can't connect: " + error.message()};
+    }
+};
+
+RawConnection::RawConnection(std::uint16_t port)
+    : m_machinery(std::make_unique<Machinery>())
+{
+    m_machinery->connect(port);
 }
 
 RawConnection::RawConnection(std::uint16_t port, const std::string& authority)
     : RawConnection(port)
 {
-    m_stream.reset(::BIO_push(::BIO_new_ssl(trustIn(authority).get(), 1), m_stream.release()));
-    if (BIO_do_handshake(m_stream.get()) != 1)
-        throw std::runtime_error{"No handshake"};
+    m_machinery->encrypt(authority);
 }
+
+RawConnection::RawConnection(RawConnection&&) noexcept = default;
+RawConnection::~RawConnection() = default;
 
 bool RawConnection::send(std::string_view bytes)
 {
-    return bytes.empty() ||
-        ::BIO_write(m_stream.get(), bytes.data(), static_cast<int>(bytes.size())) == std::ssize(bytes);
+    return !m_machinery->runOnStream(
+        [&](auto& stream, auto handler) { asio::async_write(stream, asio::buffer(bytes), std::move(handler)); });
 }
 
-std::optional<RawAnswer> RawConnection::answer(bool isToHead)
+std::optional<RawAnswer> RawConnection::answer()
+{
+    return readAnswer(false);
+}
+
+std::optional<RawAnswer> RawConnection::answerToHead()
+{
+    return readAnswer(true);
+}
+
+std::optional<RawAnswer> RawConnection::readAnswer(bool isToHead)
 {
     http::response_parser<http::string_body> parser;
     parser.skip(isToHead);
-    parser.eager(true);
     parser.body_limit(boost::none);
-    while (!parser.is_done()) {
-        boost::system::error_code error;
-        m_received.erase(0, parser.put(boost::asio::buffer(m_received), error));
-        if (parser.is_done())
-            break;
-        std::array<char, 65536> more{};
-        const auto size = ::BIO_read(m_stream.get(), more.data(), more.size());
-        if ((error && error != http::error::need_more) || size <= 0)
-            return std::nullopt;
-        m_received.append(more.data(), static_cast<std::size_t>(size));
-    }
+    const auto error = m_machinery->runOnStream([&](auto& stream, auto handler) {
+        http::async_read(stream, m_machinery->received, parser, std::move(handler));
+    });
+    if (error)
+        return std::nullopt;
     RawAnswer answer{.status = static_cast<int>(parser.get().result_int()), .headers = {}, .body = parser.get().body()};
     for (const auto& field : parser.get()) {
         std::string name{field.name_string()};
@@ -84,28 +136,28 @@ std::optional<RawAnswer> RawConnection::answer(bool isToHead)
     return answer;
 }
 
-bool RawConnection::isClosedWithin(std::chrono::seconds limit)
+bool RawConnection::isClosedWithin(std::chrono::milliseconds limit)
 {
-    setLimit(limit);
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     std::array<char, 65536> ignored{};
-    errno = 0;
-    while (::BIO_read(m_stream.get(), ignored.data(), ignored.size()) > 0) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left <= left.zero())
+            return false;
+        const auto error = m_machinery->runOnStream(
+            [&](auto& stream, auto handler) { stream.async_read_some(asio::buffer(ignored), std::move(handler)); },
+            left);
+        if (error)
+            return error != beast::error::timeout;
     }
-    return errno != EAGAIN;
 }
 
 void RawConnection::reset()
 {
-    const linger none{.l_onoff = 1, .l_linger = 0}; // the kernel then resets, see socket(7)
-    ::setsockopt(static_cast<int>(BIO_get_fd(m_stream.get(), nullptr)), SOL_SOCKET, SO_LINGER, &none, sizeof none);
-    m_stream.reset();
-}
-
-void RawConnection::setLimit(std::chrono::seconds limit)
-{
-    const timeval time{.tv_sec = limit.count(), .tv_usec = 0};
-    for (const int direction : {SO_RCVTIMEO, SO_SNDTIMEO})
-        ::setsockopt(static_cast<int>(BIO_get_fd(m_stream.get(), nullptr)), SOL_SOCKET, direction, &time, sizeof time);
+    auto& socket = m_machinery->transport().socket();
+    error_code ignored;
+    socket.set_option(asio::socket_base::linger{true, 0}, ignored);
+    socket.close(ignored);
 }
 
 std::string rawRequest(std::string_view method, std::string_view target, std::string_view token, std::string_view body)

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <openssl/bio.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,24 +28,29 @@ public:
     /// With TLS, the handshake done, to a server with a certificate of this authority (PEM).
     RawConnection(std::uint16_t port, const std::string& authority);
 
+    RawConnection(RawConnection&&) noexcept;
+    ~RawConnection();
+
     /// False if the peer has closed, or takes nothing.
     bool send(std::string_view bytes);
 
-    /// The next answer; nothing if the peer closes before its end, or it is none of HTTP/1.1. The end of one to a
-    /// request of the method HEAD is that of its headers.
-    std::optional<RawAnswer> answer(bool isToHead = false);
+    /// The next answer; nothing if the peer closes before its end, or it is none of HTTP/1.1.
+    std::optional<RawAnswer> answer();
+
+    /// The same to a request of the method HEAD: its end is that of its headers.
+    std::optional<RawAnswer> answerToHead();
 
     /// Waits for the peer to close; what comes before that is thrown away. False if it doesn't in time.
-    bool isClosedWithin(std::chrono::seconds limit);
+    bool isClosedWithin(std::chrono::milliseconds limit);
 
     /// Ends the connection with a reset instead of an orderly close.
     void reset();
 
 private:
-    void setLimit(std::chrono::seconds limit);
+    std::optional<RawAnswer> readAnswer(bool isToHead);
 
-    std::unique_ptr<BIO, decltype(&BIO_free_all)> m_stream;
-    std::string m_received; ///< and not yet part of an answer
+    struct Machinery;
+    std::unique_ptr<Machinery> m_machinery;
 };
 
 /// A request of HTTP/1.1 with the token, unless that is empty, and a body of JSON, unless that is.

@@ -52,18 +52,6 @@ TestDatabase::~TestDatabase()
         server::Database{postgreSQLServer()}.command("DROP DATABASE " + m_name + " WITH (FORCE)");
 }
 
-server::Request requestTo(const std::string& method, const std::string& target, const std::string& body)
-{
-    const auto questionMark = std::min(target.find('?'), target.size());
-    return {.method = method,
-        .path = target.substr(0, questionMark),
-        .query = target.substr(std::min(questionMark + 1, target.size())),
-        .headers = {},
-        .body = body,
-        .address = "192.0.2.1",
-        .isEncrypted = true};
-}
-
 ServerTest::ServerTest()
     : backend(settings(folder.path()), time, log)
 {
@@ -97,9 +85,14 @@ Reply ServerTest::call(
 Reply ServerTest::call(
     const Person& person, const std::string& method, const std::string& path, const std::string& body)
 {
-    auto request = requestTo(method, "/v1" + path, body);
-    request.address = person.address;
-    request.headers.emplace("Content-Type", "application/json");
+    const auto questionMark = std::min(path.find('?'), path.size());
+    server::Request request{.method = method,
+        .path = "/v1" + path.substr(0, questionMark),
+        .query = path.substr(std::min(questionMark + 1, path.size())),
+        .headers = {{"Content-Type", "application/json"}},
+        .body = body,
+        .address = person.address,
+        .isEncrypted = true};
     if (!person.token.empty())
         request.headers.emplace("Authorization", "Bearer " + person.token);
     const auto response = backend.answer(request, database);

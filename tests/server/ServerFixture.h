@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <string>
 
 namespace stillgate::test
@@ -48,10 +49,6 @@ struct Reply
     int status = 0;
     nlohmann::json body;
 };
-
-/// As it comes in from 192.0.2.1, over TLS; without headers.
-[[nodiscard]] server::Request requestTo(
-    const std::string& method, const std::string& target, const std::string& body = {});
 
 /// The whole server but for its sockets, on both kinds of database.
 class ServerTest : public testing::TestWithParam<TestDatabase::Kind>

@@ -95,6 +95,20 @@ void ServerProcess::kill()
     m_process.waitForFinished(longestWait);
 }
 
+void ServerProcess::terminate()
+{
+    m_process.terminate();
+}
+
+std::optional<int> ServerProcess::waitForEnd()
+{
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(longestWait))
+        fail("end");
+    if (m_process.exitStatus() != QProcess::NormalExit)
+        return std::nullopt;
+    return m_process.exitCode();
+}
+
 void ServerProcess::restart(Ports ports)
 {
     const bool areSame = ports == Ports::same;

@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -59,9 +60,15 @@ public:
     /// SIGKILL: the server ends as in a power cut, but for what the kernel hasn't written to the disk yet.
     void kill();
 
+    /// SIGTERM, without waiting for its effect.
+    void terminate();
+
+    /// The exit status, or nothing if it was a signal that ended the server.
+    [[nodiscard]] std::optional<int> waitForEnd();
+
     enum class Ports { fresh, same };
 
-    /// Once more on the same folder, after kill(). With the same ports somebody else may have taken
+    /// Once more on the same folder, after kill() or waitForEnd(). With the same ports somebody else may have taken
     /// them in between, as the kernel does for connections of the test's own.
     void restart(Ports ports = Ports::fresh);
 

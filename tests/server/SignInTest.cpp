@@ -46,6 +46,15 @@ TEST_P(SignInTest, accessTokenLastsADayAndARefreshGivesANewPair)
     EXPECT_EQ(refresh(pair.body["refreshToken"]).status, 401);
 }
 
+TEST_P(SignInTest, lostAnswerIsGivenAgainForAMinute)
+{
+    const auto ada = signUp("ada");
+    const auto pair = refresh(ada.refreshToken);
+    time.advance(60s);
+    EXPECT_EQ(refresh(ada.refreshToken).body, pair.body);
+    EXPECT_EQ(refresh(pair.body["refreshToken"]).status, 200);
+}
+
 TEST_P(SignInTest, reusedRefreshTokenEndsTheWholeSignInAndNoOther)
 {
     const auto ada = signUp("ada");
@@ -144,6 +153,19 @@ TEST_P(SignInTest, wrongSharingCodesLockTheAccountAndTheAddressForAWhile)
     }
     time.advance(15min);
     EXPECT_EQ(tryCode(ada, "WRONGONE"), 404);
+}
+
+TEST_P(SignInTest, deletedAccountTakesItsTokensAndItsPlaceInOtherFamilies)
+{
+    const auto ada = signUp("ada");
+    const auto grace = signUp("grace");
+    const auto connection = link(ada, grace);
+    earn(ada, connection, grace, 30);
+    EXPECT_EQ(call(ada, "DELETE", "/auth/account").body, nlohmann::json::parse(R"({"success":true})"));
+    EXPECT_EQ(statusWith(ada.token), 401);
+    EXPECT_EQ(refresh(ada.refreshToken).status, 401);
+    EXPECT_EQ(call(grace, "GET", "/sharing/connections").body.size(), 0);
+    EXPECT_EQ(call(grace, "GET", "/tasks").body.size(), 0);
 }
 
 } // namespace

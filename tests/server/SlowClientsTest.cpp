@@ -1,14 +1,16 @@
+#include "Database/Database.h"
 #include "HTTP/HTTPServer.h"
 #include "HTTP/JSONAnswer.h"
 #include "Operation/Deployment.h"
 #include "Platform/Memory/MemoryLog.h"
 #include "tests/server/RawConnection.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/server/ServerProcess.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <future>
+#include <sys/resource.h>
 #include <thread>
 
 namespace stillgate::test
@@ -23,13 +25,32 @@ namespace
 {
 
 /// Key and certificate for 127.0.0.1, the same for all tests.
-const std::filesystem::path& deployment()
+class Certificates
 {
-    static const TemporaryFolder folder;
-    static const auto pins = server::makeDeployment(
-        {.folder = folder.path(), .hosts = {"127.0.0.1"}, .configuration = {.webSite = "https://127.0.0.1"}});
-    return folder.path();
-}
+public:
+    static const Certificates& shared()
+    {
+        static const Certificates certificates;
+        return certificates;
+    }
+
+    [[nodiscard]] HTTPServer::Certificate certificate() const
+    {
+        return {.chainFile = m_folder.path() / "server.pem", .keyFile = m_folder.path() / "server.key"};
+    }
+
+    [[nodiscard]] std::string authority() const { return fileBytes(m_folder.path() / "authority.pem"); }
+
+private:
+    Certificates()
+    {
+        server::DeploymentRequest request{.folder = m_folder.path(), .hosts = {"127.0.0.1"}, .configuration = {}};
+        request.configuration.hasLoopbackSite = true;
+        server::makeDeployment(request);
+    }
+
+    TemporaryFolder m_folder;
+};
 
 void echo(const Request& request, const HTTPServer::Answer& answer)
 {
@@ -71,10 +92,7 @@ public:
 
     [[nodiscard]] RawConnection plain() const { return RawConnection{m_plainPort}; }
 
-    [[nodiscard]] RawConnection encrypted() const
-    {
-        return RawConnection{m_port, fileBytes(deployment() / "authority.pem")};
-    }
+    [[nodiscard]] RawConnection encrypted() const { return RawConnection{m_port, Certificates::shared().authority()}; }
 
     /// To the port where a handshake is expected.
     [[nodiscard]] RawConnection withoutHandshake() const { return RawConnection{m_port}; }
@@ -82,8 +100,7 @@ public:
 private:
     std::uint16_t listenEncrypted()
     {
-        const HTTPServer::Certificate certificate{
-            .chainFile = deployment() / "server.pem", .keyFile = deployment() / "server.key"};
+        const auto certificate = Certificates::shared().certificate();
         return m_server.listen("127.0.0.1", 0, &certificate);
     }
 
@@ -116,7 +133,66 @@ std::string requestWithHeaderOf(std::size_t length)
     return "GET / HTTP/1.1\r\nHost: a\r\nX-Long: " + std::string(length, 'x') + "\r\n\r\n";
 }
 
+void allowManyDescriptors()
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// Connections that send a byte of a request every 100 ms, that send nothing, and that stop within the handshake: a
+/// hundred of each. They are there when the constructor is done.
+class Crowd
+{
+public:
+    explicit Crowd(const ServerProcess& server)
+    {
+        constexpr int half = 50;
+        const auto authority = server.authority();
+        for (int number = 0; number < half; ++number) {
+            m_dripping.emplace_back(server.port(), authority);
+            m_dripping.emplace_back(server.sitePort());
+            m_silent.emplace_back(server.port(), authority);
+            m_silent.emplace_back(server.sitePort());
+            m_inHandshake.emplace_back(server.port());
+            m_inHandshake.emplace_back(server.port()).send("\x16\x03\x01\x02"); // of the header of a TLS record
+        }
+        m_thread = std::jthread{[this](const std::stop_token& stop) {
+            while (!stop.stop_requested()) {
+                for (auto& connection : m_dripping)
+                    connection.send("G");
+                std::this_thread::sleep_for(100ms);
+            }
+        }};
+    }
+
+private:
+    std::vector<RawConnection> m_dripping;
+    std::vector<RawConnection> m_silent;
+    std::vector<RawConnection> m_inHandshake;
+    std::jthread m_thread;
+};
+
 } // namespace
+
+TEST(SlowClients, delayNobodyElse)
+{
+    allowManyDescriptors();
+    const ServerProcess server;
+    const auto authority = server.authority();
+    const Crowd crowd{server};
+    for (int round = 0; round < 20; ++round) {
+        const auto begin = std::chrono::steady_clock::now();
+        RawConnection api{server.port(), authority};
+        api.send(rawRequest("GET", "/v1/app-config"));
+        EXPECT_EQ(api.answer().value_or(RawAnswer{}).status, 200);
+        RawConnection site{server.sitePort()};
+        site.send(rawRequest("GET", "/src/pages/auth/login.html"));
+        EXPECT_EQ(site.answer().value_or(RawAnswer{}).status, 200);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, HTTPServer::Limits{}.header / 5);
+    }
+}
 
 TEST(SlowClients, areCutOff)
 {
@@ -233,7 +309,7 @@ TEST(HTTPServer, conversesOverOneConnection)
         expectAnswer("GET /2 ");
 
         connection.send(rawRequest("HEAD", "/12345") + rawRequest("GET", "/next"));
-        const auto head = connection.answer(true);
+        const auto head = connection.answerToHead();
         ASSERT_TRUE(head);
         EXPECT_EQ(head->headers.at("content-length"), std::to_string(std::string{"HEAD /12345 "}.size()));
         expectAnswer("GET /next ");
@@ -310,8 +386,7 @@ TEST(HTTPServer, answersWhatItHasBegunBeforeItStops)
 {
     std::promise<HTTPServer::Answer> held;
     OwnServer server{{}, [&](const Request&, const HTTPServer::Answer& answer) { held.set_value(answer); }};
-    const auto idle = server.plain();
-    const auto inHandshake = server.withoutHandshake();
+    auto idle = server.plain();
     auto connection = server.encrypted();
     connection.send(rawRequest("GET", "/"));
     const auto answer = held.get_future().get();
@@ -324,6 +399,38 @@ TEST(HTTPServer, answersWhatItHasBegunBeforeItStops)
     EXPECT_EQ(received->body, "at last");
     EXPECT_EQ(received->headers.at("connection"), "close");
     EXPECT_TRUE(server.stop());
+}
+
+TEST(ServerProcess, answersARequestInFlightWhenItIsTerminated)
+{
+    ServerProcess server;
+    const auto device = server.addDevices(1).front();
+    const auto authority = server.authority();
+    // While the test writes, the server's own writing waits.
+    server::Database database{server.database()};
+    database.command("BEGIN IMMEDIATE");
+    RawConnection connection{server.port(), authority};
+    connection.send(rawRequest("POST", "/v1/sharing/report-usage", device.token, R"({"usedMinutes":7})"));
+    // By the time that a whole other conversation is over, the server has read the request.
+    RawConnection other{server.port(), authority};
+    other.send(rawRequest("GET", "/v1/sharing/budget", device.token));
+    EXPECT_THAT(other.answer().value_or(RawAnswer{}).body, HasSubstr(R"("usedMinutesToday":0)"));
+    server.terminate();
+    const auto hasClosedItsPorts = [&] {
+        try {
+            const RawConnection late{server.sitePort()};
+            return false;
+        } catch (const std::runtime_error&) {
+            return true;
+        }
+    };
+    for (int attempt = 0; attempt < 500 && !hasClosedItsPorts(); ++attempt)
+        std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(hasClosedItsPorts());
+    database.command("COMMIT");
+    EXPECT_EQ(connection.answer().value_or(RawAnswer{}).status, 200);
+    EXPECT_EQ(server.waitForEnd(), 0);
+    EXPECT_EQ(database.number("SELECT MAX(used_minutes) FROM usage_reports"), 7);
 }
 
 } // namespace stillgate::test

@@ -28,8 +28,14 @@ class WebSiteTest : public ServerTest
 protected:
     server::Response visit(const std::string& method, const std::string& address, const std::string& body = "")
     {
-        auto request = requestTo(method, address, body);
-        request.headers = headers;
+        const auto questionMark = std::min(address.find('?'), address.size());
+        server::Request request{.method = method,
+            .path = address.substr(0, questionMark),
+            .query = address.substr(std::min(questionMark + 1, address.size())),
+            .headers = headers,
+            .body = body,
+            .address = "192.0.2.1",
+            .isEncrypted = true};
         std::string sent;
         for (const auto& [name, value] : cookies)
             sent += name + '=' + value + "; ";

@@ -111,9 +111,11 @@ protected:
         m_backend.appConfig = AppConfig{};
     }
 
+    virtual Backend& backend() { return m_backend; }
+
     AppServices services()
     {
-        return {m_backend, m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files, m_log, m_notifications,
+        return {backend(), m_hostsFile, m_monitor, m_tracker, m_dnsProxy, m_bundle, m_files, m_log, m_notifications,
             m_time, m_defaults};
     }
 
