@@ -9,8 +9,6 @@ namespace stillgate
 using namespace test;
 using namespace std::chrono_literals;
 
-
-
 /// AppState with the client that the program has, and a server.
 class LiveSession : public AppStateFixture
 {

@@ -69,7 +69,10 @@ class HostsFileWriting : public testing::Test
 protected:
     HostsFileWriting() { m_files.put(hostsPath, "127.0.0.1 localhost\n"); }
 
-    bool write(const std::string& text) { return await(m_writer.replaceBlock(text, {}, Permanence::flexible)).has_value(); }
+    bool write(const std::string& text)
+    {
+        return await(m_writer.replaceBlock(text, {}, Permanence::flexible)).has_value();
+    }
 
     static constexpr auto block = "\n# Stillgate Protected Sites\n# End Stillgate\n";
 
